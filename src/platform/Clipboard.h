@@ -1,0 +1,35 @@
+// The system clipboard as the clipboard engine needs it. Every call opens the clipboard
+// (retrying briefly while another program holds it) and always closes it again.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/Text.h"
+
+namespace mq {
+
+enum class ClipRead {
+  PlainOnly,   // the Unicode text, whatever else is there
+  PreferRich,  // the rich text when there is some, else the Unicode text
+};
+
+struct ClipboardData {
+  bool isPrivate = false;  // marked by a password manager: never captured or rewritten
+  bool hasText = false;
+  bool hasRich = false;
+  int16_t format = 0;  // what was read: 1 plain text, -16639 rich text, 0 nothing
+  Text text;           // set when format is 1
+  Bytes rtf;           // set when format is -16639
+};
+
+class Clipboard {
+ public:
+  virtual ~Clipboard() = default;
+  // False when the clipboard could not be opened or its data could not be read.
+  virtual bool Read(ClipRead mode, ClipboardData& out) = 0;
+  // Empty the clipboard and put this one format on it; false on failure.
+  virtual bool WriteText(TextView text) = 0;
+  virtual bool WriteRich(std::string_view rtf) = 0;
+};
+
+}  // namespace mq

@@ -1,0 +1,36 @@
+// The settings store: named string values in one per-user section. Nothing is cached;
+// every read goes to the store.
+#pragma once
+
+#include "platform/Text.h"
+
+namespace mq {
+
+// What the store is kept in (the registry in marquill.exe, memory in tests).
+class SettingsPort {
+ public:
+  enum class Status { Ok, Absent, Failed };
+  virtual ~SettingsPort() = default;
+  virtual Status Read(TextView key, Text& value) = 0;
+  virtual bool Write(TextView key, TextView value) = 0;
+};
+
+class Settings {
+ public:
+  explicit Settings(SettingsPort& port) : port_(port) {}
+
+  // The stored text, or def when the value is absent. A failing store gives def and
+  // records the failure, which start-up turns into a reset of every setting.
+  Text ReadSetting(TextView key, TextView def);
+  void WriteSetting(TextView key, TextView value);
+
+  bool Failed() const { return failed_; }
+  void ClearFailure() { failed_ = false; }
+  void MarkFailed() { failed_ = true; }
+
+ private:
+  SettingsPort& port_;
+  bool failed_ = false;
+};
+
+}  // namespace mq
