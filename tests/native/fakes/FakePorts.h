@@ -1,0 +1,117 @@
+// Fakes of the small ports: a clock the test moves, a clipboard in memory that can refuse to
+// open, message boxes that record and answer, a keystroke counter.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "clipboard/ClipStore.h"
+#include "platform/Clipboard.h"
+#include "platform/Ports.h"
+
+namespace mq::test {
+
+class FakeClock : public TickClock {
+ public:
+  uint32_t TickCount() override { return now; }
+  void Advance(uint32_t ms) { now += ms; }
+  uint32_t now = 100000;
+};
+
+class FakeClipboard : public Clipboard {
+ public:
+  bool Read(ClipRead mode, ClipboardData& out) override {
+    ++readCalls;
+    if (failReads > 0) {
+      --failReads;
+      return false;
+    }
+    out = ClipboardData{};
+    out.isPrivate = isPrivate;
+    out.hasText = hasText;
+    out.hasRich = hasRich;
+    if (mode == ClipRead::PreferRich && hasRich) {
+      out.format = kFormatRich;
+      out.rtf = rtf;
+    } else if (hasText) {
+      out.format = kFormatPlain;
+      out.text = text;
+    }
+    return true;
+  }
+  bool WriteText(TextView value) override {
+    if (onWrite) onWrite();
+    if (failWrites) return false;
+    ++writes;
+    SetText(value);
+    return true;
+  }
+  bool WriteRich(std::string_view value) override {
+    if (onWrite) onWrite();
+    if (failWrites) return false;
+    ++writes;
+    SetRich(value, false);
+    return true;
+  }
+
+  // What another program copies.
+  void SetText(TextView value) {
+    Empty();
+    hasText = true;
+    text = Text(value);
+  }
+  void SetRich(std::string_view document, bool withText = true, TextView plain = u"") {
+    Empty();
+    hasRich = true;
+    rtf = Bytes(document);
+    hasText = withText;
+    text = Text(plain);
+  }
+  void SetPicture() { Empty(); }
+  void Empty() {
+    hasText = hasRich = isPrivate = false;
+    text.clear();
+    rtf.clear();
+  }
+
+  bool hasText = false, hasRich = false, isPrivate = false;
+  Text text;
+  Bytes rtf;
+  int failReads = 0;
+  bool failWrites = false;
+  int readCalls = 0, writes = 0;
+  std::function<void()> onWrite;
+};
+
+class FakeMessageBoxes : public MessageBoxes {
+ public:
+  struct Shown {
+    std::string text, title;
+    MsgIcon icon;
+    MsgButtons buttons;
+  };
+  MsgResult Show(TextView text, TextView title, MsgIcon icon, MsgButtons buttons) override {
+    shown.push_back({ToUtf8(text), ToUtf8(title), icon, buttons});
+    if (onShow) onShow();
+    return buttons == MsgButtons::YesNo ? answer : MsgResult::Ok;
+  }
+  std::vector<Shown> shown;
+  MsgResult answer = MsgResult::Yes;
+  std::function<void()> onShow;
+};
+
+class FakeKeySender : public KeySender {
+ public:
+  void SendPaste() override { ++pastes; }
+  int pastes = 0;
+};
+
+// The queue's row texts, for compact assertions.
+inline std::vector<std::string> RowTexts(const ListModel& list) {
+  std::vector<std::string> rows;
+  for (const auto& row : list.Rows()) rows.push_back(ToUtf8(row.text));
+  return rows;
+}
+
+}  // namespace mq::test
