@@ -1,0 +1,71 @@
+// The road of a copied text: capture into the clip list (AddClipEntry), paste of the first
+// entry (PasteFirstEntry), and the in-place rewrite of single mode. The capture and paste
+// state that outlives a call (SelfWrite, the debounce and echo bookkeeping) lives here.
+#pragma once
+
+#include <cstdint>
+
+#include "clipboard/CaseOps.h"
+#include "clipboard/ClipStore.h"
+#include "platform/Clipboard.h"
+#include "platform/Ports.h"
+#include "platform/RichTextBox.h"
+
+namespace mq {
+
+// "Extended Clipboard is Full. You can add no more than 100 entries in the clip list."
+Text FullMessageText();
+inline constexpr TextView kFullMessageTitle = u"Cannot write to clipboard.";
+
+class ClipOperations {
+ public:
+  struct Deps {
+    ClipStore& store;
+    Clipboard& clipboard;
+    RichTextBox& rtbFormat;
+    TickClock& clock;
+    const CaseMapper& cases;
+    MessageBoxes& messages;
+    KeySender& keys;
+  };
+  explicit ClipOperations(Deps deps) : d_(deps) {}
+
+  // Capture the clipboard's content as a new entry (multi mode). purge: the formatting
+  // check mark; caseOp: the current case operation.
+  void AddClipEntry(bool purge, int16_t caseOp);
+
+  // Puts the first queued entry on the clipboard, moves it to the end of the queue or
+  // deletes it, and sends Ctrl+V. The queue must not be empty. When the clipboard cannot
+  // be written, the queue is left as it was and no keystroke is sent.
+  bool PasteFirstEntry(bool deleteOnPaste);
+
+  // Single mode: rewrite the clipboard's content in place with the case operation (rich
+  // text through the rich-text box unless formatting is purged). Content without text, or
+  // marked private, is left alone.
+  void RewriteInPlace(bool purge, int16_t caseOp);
+  // The case commands in single mode: the clipboard's plain text, case-changed, as plain text.
+  void RewritePlainText(int16_t caseOp);
+
+  bool SelfWrite = false;
+  // Capture state.
+  uint32_t LastAddTick = 0;
+  Text LastCapturedText;
+  bool CaptureRetry = false;
+  // Paste bookkeeping, read by the capture to ignore the echo of a paste.
+  Text LastPastedText;
+  uint32_t LastPasteTick = 0;
+
+  static constexpr int32_t kDebounceMs = 250;
+  static constexpr int32_t kEchoWindowMs = 500;
+
+ private:
+  enum class Attempt { Done, Failed };
+  Attempt TryCapture(bool purge, int16_t caseOp);
+  void ShowFull();
+
+  Deps d_;
+  bool inMessageBox_ = false;
+  bool captured_ = false;  // LastAddTick holds a real tick
+};
+
+}  // namespace mq
