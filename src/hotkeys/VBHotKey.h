@@ -30,6 +30,8 @@ class HotkeySystem {
   virtual intptr_t CreateHotkeyWindow() = 0;
   // Restores the window's procedure (UnsubclassWindow).
   virtual void ReleaseHotkeyWindow(intptr_t hwnd) = 0;
+  // Destroys a window made by CreateHotkeyWindow once its hotkey is unregistered.
+  virtual void DestroyHotkeyWindow(intptr_t /*hwnd*/) {}
 };
 
 constexpr uint32_t MOD_ALT_BIT = 1, MOD_CONTROL_BIT = 2, MOD_SHIFT_BIT = 4, MOD_WIN_BIT = 8;
@@ -62,7 +64,10 @@ class ApiHotkey {
   Text UniqueAtomName() const;  // e.g. "CONTROL+049", "SHIFT+CONTROL+065"
   Text UniqueKey() const;       // "hwnd:" + decimal handle
 
+  // Registers under a fresh atom; a refusal keeps the atom and raises ErrorOccured on the
+  // control under UniqueKey when there is one.
   void Register();
+  // Unregisters and deletes the atom (hAtom and hKey become 0).
   void Unregister();
   bool MatchedKey(const ApiHotkey& other) const;
   void ReadFromAtom(uint16_t atom);
@@ -117,7 +122,9 @@ class VBHotKey {
   std::function<void(TextView message, TextView source)> ErrorOccured;
 
  private:
-  void Changed();
+  void CopyToApi();
+  bool HoldsAtom() const;
+  void Changed();  // re-registers when an atom is held
   HotkeySystem& system_;
   HotkeyControls& controls_;
   Design design_;
