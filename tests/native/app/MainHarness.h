@@ -1,0 +1,57 @@
+// A main form wired to fakes of everything it reaches.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "app/frmMain.h"
+#include "fakes/FakeHotkeySystem.h"
+#include "fakes/FakeMainPorts.h"
+#include "fakes/FakePorts.h"
+#include "fakes/FakeRichTextBox.h"
+#include "fakes/FakeSettings.h"
+
+namespace mq::test {
+
+struct MainHarness {
+  MainHarness() { list.SetView(&listView); }
+
+  // Counts the log entries that start with a prefix.
+  int Count(const std::string& prefix) const {
+    int n = 0;
+    for (const auto& e : log) n += e.rfind(prefix, 0) == 0;
+    return n;
+  }
+  // The position of the first entry starting with prefix, or -1.
+  int IndexOf(const std::string& prefix) const {
+    for (size_t i = 0; i < log.size(); ++i)
+      if (log[i].rfind(prefix, 0) == 0) return static_cast<int>(i);
+    return -1;
+  }
+  bool CtrlKeyRegistered(uint32_t vkey) const { return hotkeys.IsRegistered(2, vkey); }
+
+  EventLog log;
+  FakeSettings port;
+  Settings settings{port};
+  FakeMessageBoxes messages;
+  FakeTray tray{log};
+  FakeMainView view{log};
+  FakeFlash flash;
+  FakeListView listView{log};
+  MemoryFileSystem files{&log};
+  FakeHotkeySystem hotkeys;
+  HotkeyControls hotkeyControls;
+  frmList list{settings};
+  ClipStore store{list.lstClip};
+  FakeClipboard clipboard;
+  FakeRichTextBox box;
+  FakeClock clock;
+  Latin1CaseMapper cases;
+  FakeKeySender keys;
+  ClipOperations clip{{store, clipboard, box, clock, cases, messages, keys}};
+  MainServices services{settings, messages, tray,   view,           flash,
+                        files,    hotkeys,  hotkeyControls, clip, list,
+                        OsVersion{2, 10, 0, 19045, u""}, u"C:\\Apps\\Marquill"};
+  frmMain main{services};
+};
+
+}  // namespace mq::test
