@@ -1,0 +1,158 @@
+#include "listfiles/EVBResource.h"
+
+#include <limits>
+
+namespace mq {
+
+namespace {
+
+std::string_view TrimRightSpaces(std::string_view s) {
+  while (!s.empty() && s.back() == ' ') s.remove_suffix(1);
+  return s;
+}
+
+void PutField(Bytes& out, std::string_view text) {
+  text = text.substr(0, EVBResource::kFieldSize);
+  out += text;
+  out.append(EVBResource::kFieldSize - text.size(), ' ');
+}
+
+void PutI32(Bytes& out, int32_t v) {
+  auto u = static_cast<uint32_t>(v);
+  for (int k = 0; k < 4; ++k) out.push_back(static_cast<char>(u >> (8 * k)));
+}
+
+void PutI16(Bytes& out, int16_t v) {
+  auto u = static_cast<uint16_t>(v);
+  out.push_back(static_cast<char>(u));
+  out.push_back(static_cast<char>(u >> 8));
+}
+
+// Reads little-endian fields and reports running past the end instead of reading there.
+class Reader {
+ public:
+  explicit Reader(std::string_view data) : data_(data) {}
+  size_t Left() const { return data_.size() - pos_; }
+  bool Take(size_t n, std::string_view& out) {
+    if (n > Left()) return false;
+    out = data_.substr(pos_, n);
+    pos_ += n;
+    return true;
+  }
+  bool I32(int32_t& v) {
+    std::string_view b;
+    if (!Take(4, b)) return false;
+    uint32_t u = 0;
+    for (int k = 0; k < 4; ++k) u |= uint32_t{static_cast<uint8_t>(b[k])} << (8 * k);
+    v = static_cast<int32_t>(u);
+    return true;
+  }
+  bool I16(int16_t& v) {
+    std::string_view b;
+    if (!Take(2, b)) return false;
+    v = static_cast<int16_t>(static_cast<uint8_t>(b[0]) | static_cast<uint8_t>(b[1]) << 8);
+    return true;
+  }
+
+ private:
+  std::string_view data_;
+  size_t pos_ = 0;
+};
+
+}  // namespace
+
+bool EVBResource::TakeId(std::string_view id, Bytes& key) {
+  id = TrimRightSpaces(id);
+  if (id.empty() || id.size() > kFieldSize) return false;
+  key.assign(id);
+  for (char& c : key)
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 32);
+  return keys_.insert(key).second;
+}
+
+bool EVBResource::addString(std::string_view data, std::string_view id) {
+  Bytes key;
+  if (!TakeId(id, key)) return false;
+  strings_.push_back({Bytes(TrimRightSpaces(id)), Bytes(data)});
+  return true;
+}
+
+bool EVBResource::addLong(int32_t value, std::string_view id) {
+  Bytes key;
+  if (!TakeId(id, key)) return false;
+  longs_.push_back({Bytes(TrimRightSpaces(id)), value});
+  return true;
+}
+
+Bytes EVBResource::saveToBytes() const {
+  size_t size = kHeaderSize;
+  for (const auto& s : strings_) size += kFieldSize + 6 + s.data.size();
+  size += longs_.size() * (kFieldSize + 4);
+  Bytes out;
+  out.reserve(size);
+  PutField(out, ResName);
+  PutField(out, Author);
+  PutI32(out, static_cast<int32_t>(strings_.size()));
+  PutI32(out, static_cast<int32_t>(longs_.size()));
+  PutI32(out, 0);  // picture records
+  for (const auto& s : strings_) {
+    PutField(out, s.id);
+    if (s.data.size() <= static_cast<size_t>(std::numeric_limits<int16_t>::max())) {
+      // The documented layout, byte for byte.
+      PutI16(out, static_cast<int16_t>(s.data.size()));
+    } else {
+      PutI16(out, kLongLengthMark);
+      PutI32(out, static_cast<int32_t>(s.data.size()));
+    }
+    out += s.data;
+  }
+  for (const auto& l : longs_) {
+    PutField(out, l.id);
+    PutI32(out, l.value);
+  }
+  return out;
+}
+
+bool EVBResource::loadFromBytes(std::string_view data) {
+  *this = EVBResource();
+  Reader r(data);
+  std::string_view name, author;
+  int32_t stringCount = 0, longCount = 0, pictureCount = 0;
+  if (!r.Take(kFieldSize, name) || !r.Take(kFieldSize, author) || !r.I32(stringCount) ||
+      !r.I32(longCount) || !r.I32(pictureCount))
+    return false;
+  if (stringCount < 0 || longCount < 0 || pictureCount != 0) return false;
+  // Cheap plausibility check before any work: every record needs its ID and a length.
+  if (static_cast<uint64_t>(stringCount) * (kFieldSize + 2) +
+          static_cast<uint64_t>(longCount) * (kFieldSize + 4) >
+      r.Left())
+    return false;
+  ResName = Bytes(TrimRightSpaces(name));
+  Author = Bytes(TrimRightSpaces(author));
+
+  strings_.reserve(static_cast<size_t>(stringCount));
+  for (int32_t k = 0; k < stringCount; ++k) {
+    std::string_view id, text;
+    int16_t shortLength = 0;
+    int32_t length = 0;
+    if (!r.Take(kFieldSize, id) || !r.I16(shortLength)) return false;
+    if (shortLength == kLongLengthMark) {
+      if (!r.I32(length) || length < 0) return false;
+    } else if (shortLength < 0) {
+      return false;
+    } else {
+      length = shortLength;
+    }
+    if (!r.Take(static_cast<size_t>(length), text)) return false;
+    addString(text, id);  // a repeated (or empty) ID is ignored, as the format says
+  }
+  for (int32_t k = 0; k < longCount; ++k) {
+    std::string_view id;
+    int32_t value = 0;
+    if (!r.Take(kFieldSize, id) || !r.I32(value)) return false;
+    addLong(value, id);
+  }
+  return true;
+}
+
+}  // namespace mq

@@ -1,0 +1,214 @@
+#include "listfiles/FileOperations.h"
+
+#include <algorithm>
+
+#include "listfiles/EVBResource.h"
+#include "listfiles/clsHuffman.h"
+#include "listfiles/clsRC4.h"
+
+namespace mq::FileOperations {
+
+namespace {
+
+constexpr size_t kMaxEntries = kClipSlots;
+
+Bytes Utf16LeBytes(TextView text) {
+  Bytes out;
+  out.reserve(text.size() * 2);
+  for (char16_t c : text) {
+    out.push_back(static_cast<char>(c & 0xFF));
+    out.push_back(static_cast<char>(c >> 8));
+  }
+  return out;
+}
+
+Text FromUtf16LeBytes(std::string_view bytes) {
+  Text out(bytes.size() / 2, u'\0');
+  for (size_t i = 0; i < out.size(); ++i)
+    out[i] = static_cast<char16_t>(static_cast<uint8_t>(bytes[2 * i]) |
+                                   static_cast<uint8_t>(bytes[2 * i + 1]) << 8);
+  return out;
+}
+
+// The entry type named by an ID: the numeric value from its fourth character on.
+long long IdType(std::string_view id) {
+  Text wide = Widen(id);
+  return static_cast<long long>(LeadingNumber(TextView(wide).substr(std::min<size_t>(3, wide.size()))));
+}
+
+Text DisplayRow(ListContext& context, const ListEntry& entry) {
+  if (entry.format != kFormatRich) return RowText(kFormatPlain, entry.text);
+  context.richText.LoadRtf(Narrow(entry.text));
+  Text plain = context.richText.PlainText();
+  context.richText.Clear();
+  return RowText(kFormatRich, plain);
+}
+
+}  // namespace
+
+Bytes EncodeListFile(const std::vector<ListEntry>& entries, const CodePage& codePage,
+                     bool isProtected, TextView password) {
+  EVBResource store;
+  for (size_t p = 0; p < entries.size(); ++p) {
+    const ListEntry& e = entries[p];
+    int16_t type = e.format;
+    Bytes data;
+    if (e.format == kFormatRich) {
+      data = Narrow(e.text);  // RTF is ASCII held one byte per unit
+    } else {
+      type = kFormatPlain;
+      // ANSI whenever nothing would be lost; otherwise the exact UTF-16 text.
+      bool exact = codePage.ToAnsi(e.text, data) && codePage.FromAnsi(data) == e.text;
+      if (!exact) {
+        type = kTypeUnicode;
+        data = Utf16LeBytes(e.text);
+      }
+    }
+    Bytes id = Narrow(Format000(static_cast<long long>(p)) + ToDecimal(type));
+    store.addString(data, id);
+  }
+  Bytes file = clsHuffman::Encode(store.saveToBytes());
+  if (!isProtected) return file;
+  clsRC4 rc4;
+  rc4.Key(password, codePage);
+  return rc4.Protect(file);
+}
+
+bool DecodeListFile(std::string_view file, const CodePage& codePage, bool isProtected,
+                    TextView password, std::vector<ListEntry>& entries) {
+  Bytes container;
+  if (isProtected) {
+    clsRC4 rc4;
+    rc4.Key(password, codePage);
+    if (!rc4.Unprotect(file, container)) return false;
+  } else {
+    container.assign(file);
+  }
+  Bytes resource;
+  if (!clsHuffman::Decode(container, resource)) return false;
+  EVBResource store;
+  if (!store.loadFromBytes(resource)) return false;
+
+  std::vector<ListEntry> out;
+  out.reserve(store.strings().size());
+  for (const auto& record : store.strings()) {
+    ListEntry entry;
+    const long long type = IdType(record.id);
+    if (type == kFormatRich) {
+      entry.format = kFormatRich;
+      entry.text = Widen(record.data);
+    } else if (type == kTypeUnicode) {
+      if (record.data.size() % 2 != 0) return false;  // half a character: damaged
+      entry.text = FromUtf16LeBytes(record.data);
+    } else {
+      // Type 1, and any other or damaged type, is plain ANSI text.
+      entry.text = codePage.FromAnsi(record.data);
+    }
+    if (!entry.text.empty()) out.push_back(std::move(entry));
+  }
+  entries = std::move(out);
+  return true;
+}
+
+std::vector<ListEntry> CurrentEntries(const ClipStore& store) {
+  std::vector<ListEntry> entries;
+  for (const auto& row : store.lstClip.Rows()) {
+    if (row.itemData < 0 || row.itemData >= kClipSlots) continue;
+    entries.push_back({store.ClipText[row.itemData], store.ClipFormat[row.itemData]});
+  }
+  return entries;
+}
+
+SaveResult SaveListFile(ListContext& context, TextView path, bool isProtected,
+                        TextView password) {
+  Bytes file = EncodeListFile(CurrentEntries(context.store), context.codePage, isProtected,
+                              password);
+  SaveResult result;
+  result.ok = context.files.WriteAllAtomic(path, file, result.error);
+  return result;
+}
+
+void MergeEntries(ListContext& context, const std::vector<ListEntry>& loaded, LoadMode mode) {
+  ClipStore& store = context.store;
+  struct Placed {
+    ListEntry entry;
+    Text row;
+  };
+  std::vector<Placed> existing;
+  for (const auto& row : store.lstClip.Rows()) {
+    if (row.itemData < 0 || row.itemData >= kClipSlots) continue;
+    existing.push_back({{store.ClipText[row.itemData], store.ClipFormat[row.itemData]}, row.text});
+  }
+  const int keptIndex = store.lstClip.ListIndex();
+  const size_t cnt = loaded.size(), have = existing.size();
+
+  // Counts as the load modes define them; the store is then rebuilt compactly, so every
+  // row's item data is fresh and no slot is left behind without a row.
+  size_t start = 0, kept = 0;
+  if (mode == LoadMode::InsertBeforeCurrent) {
+    kept = cnt >= kMaxEntries ? 0 : std::min(have, kMaxEntries - cnt);
+  } else if (mode == LoadMode::AppendAfterCurrent) {
+    start = std::min(have, kMaxEntries);
+    kept = start;
+  }
+  const size_t n = std::min(cnt, kMaxEntries - start);
+
+  std::vector<Placed> result;
+  result.reserve(n + kept);
+  if (mode == LoadMode::AppendAfterCurrent)
+    result.insert(result.end(), existing.begin(), existing.begin() + static_cast<long>(kept));
+  for (size_t j = 0; j < n; ++j) result.push_back({loaded[j], DisplayRow(context, loaded[j])});
+  if (mode == LoadMode::InsertBeforeCurrent)
+    result.insert(result.end(), existing.begin(), existing.begin() + static_cast<long>(kept));
+
+  store.ClearAll();
+  for (size_t slot = 0; slot < result.size(); ++slot) {
+    store.ClipText[slot] = std::move(result[slot].entry.text);
+    store.ClipFormat[slot] = result[slot].entry.format;
+    store.lstClip.AddItem(std::move(result[slot].row), static_cast<int32_t>(slot));
+  }
+  // Appending leaves the window's lines (and so its selection) where they were.
+  if (mode == LoadMode::AppendAfterCurrent && keptIndex >= 0 &&
+      keptIndex < static_cast<int>(kept))
+    store.lstClip.SetListIndex(keptIndex);
+}
+
+LoadResult LoadListFile(ListContext& context, TextView path, LoadMode mode, bool isProtected,
+                        TextView password) {
+  LoadResult result;
+  Bytes file;
+  if (!context.files.ReadAll(path, file, result.error)) {
+    result.status = LoadStatus::FileError;
+    return result;
+  }
+  std::vector<ListEntry> loaded;
+  if (!DecodeListFile(file, context.codePage, isProtected, password, loaded)) {
+    result.status = LoadStatus::NotDecoded;
+    return result;
+  }
+  MergeEntries(context, loaded, mode);
+  result.status = LoadStatus::Loaded;
+  return result;
+}
+
+Text ReadFileMagic(FileSystem& files, TextView path) {
+  Bytes data;
+  Text error;
+  if (!files.Length(path) || !files.ReadAll(path, data, error)) return Text();
+  Text mark;
+  for (size_t i = 0; i < 4; ++i) {
+    const auto b = i < data.size() ? static_cast<uint8_t>(data[i]) : uint8_t{0};
+    mark.push_back(b == 13 || (b >= 48 && b <= 90) ? static_cast<char16_t>(b) : u'x');
+  }
+  return mark;
+}
+
+bool FileExists(FileSystem& files, TextView path) { return files.Length(path).has_value(); }
+
+Text FileNameOnly(TextView path) {
+  const size_t slash = path.rfind(u'\\');
+  if (slash == TextView::npos) return Text();
+  return Text(path.substr(slash + 1));
+}
+
+}  // namespace mq::FileOperations

@@ -1,0 +1,85 @@
+// Saving and loading the clip list as list files. Everything runs in memory: decrypted or
+// uncompressed data never touches the disk, and a save replaces the target only once the
+// new file is complete.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "clipboard/ClipStore.h"
+#include "platform/CodePage.h"
+#include "platform/FileSystem.h"
+#include "platform/RichTextBox.h"
+#include "platform/Text.h"
+
+namespace mq {
+
+// What the list routines work on, passed in by the caller.
+struct ListContext {
+  ClipStore& store;
+  RichTextBox& richText;  // gives a rich-text entry's plain text for its row
+  const CodePage& codePage;
+  FileSystem& files;
+};
+
+// One clip entry as a list file holds it: its text (rich text: the RTF bytes, one per unit)
+// and its format, kFormatPlain or kFormatRich.
+struct ListEntry {
+  Text text;
+  int16_t format = kFormatPlain;
+  bool operator==(const ListEntry&) const = default;
+};
+
+namespace FileOperations {
+
+// Entry type of a text that the ANSI code page cannot hold: its UTF-16LE bytes are stored.
+constexpr int16_t kTypeUnicode = 13;
+
+enum class LoadMode { OpenAsNew = 0, InsertBeforeCurrent = 1, AppendAfterCurrent = 2 };
+
+struct SaveResult {
+  bool ok = false;
+  Text error;  // the system's description of a file-system failure
+};
+
+enum class LoadStatus {
+  Loaded,
+  NotDecoded,  // wrong password, damaged or foreign data; the clip list is unchanged
+  FileError,   // the file could not be read; see error
+};
+
+struct LoadResult {
+  LoadStatus status = LoadStatus::NotDecoded;
+  Text error;
+  bool Loaded() const { return status == LoadStatus::Loaded; }
+};
+
+// The whole file for these entries, as SaveListFile writes it.
+Bytes EncodeListFile(const std::vector<ListEntry>& entries, const CodePage& codePage,
+                     bool isProtected, TextView password);
+// The entries of a list file in file order; false when it cannot be decoded. Records with
+// an empty text are dropped: an empty slot means a free one in the clip store.
+bool DecodeListFile(std::string_view file, const CodePage& codePage, bool isProtected,
+                    TextView password, std::vector<ListEntry>& entries);
+
+// The clip list in queue order.
+std::vector<ListEntry> CurrentEntries(const ClipStore& store);
+
+SaveResult SaveListFile(ListContext& context, TextView path, bool isProtected,
+                        TextView password);
+LoadResult LoadListFile(ListContext& context, TextView path, LoadMode mode,
+                        bool isProtected, TextView password);
+
+// Merges decoded entries into the clip list the way a load does (capacity 100).
+void MergeEntries(ListContext& context, const std::vector<ListEntry>& loaded, LoadMode mode);
+
+// The first four bytes with CR and "0".."Z" kept and every other byte (also a missing one)
+// as "x"; an empty text when the file cannot be read.
+Text ReadFileMagic(FileSystem& files, TextView path);
+bool FileExists(FileSystem& files, TextView path);
+// The text after the last backslash; empty when there is none.
+Text FileNameOnly(TextView path);
+
+}  // namespace FileOperations
+}  // namespace mq

@@ -1,0 +1,430 @@
+#include "listfiles/clsHuffman.h"
+
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <vector>
+
+namespace mq {
+
+namespace {
+
+constexpr char kMark0 = 'M', kMark1 = '2', kCompressed = 'L', kStored = 'U', kCR = 0x0D;
+constexpr size_t kHeaderSize = 11;  // mark, checksum, length, value count
+
+inline uint64_t Load64(const uint8_t* p) {
+  uint64_t v;
+  std::memcpy(&v, p, 8);
+  if constexpr (std::endian::native == std::endian::big) v = __builtin_bswap64(v);
+  return v;
+}
+inline void Store64(uint8_t* p, uint64_t v) {
+  if constexpr (std::endian::native == std::endian::big) v = __builtin_bswap64(v);
+  std::memcpy(p, &v, 8);
+}
+inline void Store16(uint8_t* p, uint32_t v) {
+  p[0] = static_cast<uint8_t>(v);
+  p[1] = static_cast<uint8_t>(v >> 8);
+}
+
+Bytes StoredContainer(std::string_view input) {
+  Bytes out{kMark0, kMark1, kStored, kCR};
+  out.append(input);
+  return out;
+}
+
+// ---- Encoder --------------------------------------------------------------------------
+
+struct Code {
+  uint64_t bits = 0;  // first (root) bit in bit 0, as the container packs them
+  int length = 0;
+};
+
+// Builds the tree exactly as the format defines it (its tie-breaks decide every code) and
+// returns each used value's code.
+std::array<Code, 256> BuildCodes(const std::array<uint64_t, 256>& counts) {
+  struct Node {
+    int16_t parent = -1, left = -1, right = -1, value = -1;
+    uint64_t weight = 0;
+  };
+  std::array<Node, clsHuffman::kMaxNodes> nodes;
+  int count = 0;
+  for (int v = 0; v < 256; ++v)
+    if (counts[v]) nodes[count++] = Node{-1, -1, -1, static_cast<int16_t>(v), counts[v]};
+  const int leaves = count;
+  for (int round = 1; round < leaves; ++round) {
+    int a = -1, b = -1;
+    for (int i = 0; i < count; ++i) {
+      if (nodes[i].parent != -1) continue;
+      if (a < 0) { a = i; continue; }
+      if (b < 0) { b = i; continue; }
+      uint64_t w = nodes[i].weight, wa = nodes[a].weight, wb = nodes[b].weight;
+      if (w < wa) {
+        if (w < wb && wa < wb) b = i; else a = i;
+      } else if (w < wb) {
+        b = i;
+      }
+    }
+    nodes[count] = Node{-1, static_cast<int16_t>(a), static_cast<int16_t>(b), -1,
+                        nodes[a].weight + nodes[b].weight};
+    nodes[a].parent = nodes[b].parent = static_cast<int16_t>(count);
+    ++count;
+  }
+  std::array<Code, 256> codes{};
+  // Depth-first from the root, left (bit 0) before right (bit 1).
+  struct Visit { int node; Code path; };
+  std::vector<Visit> stack{{count - 1, {}}};
+  while (!stack.empty()) {
+    Visit at = stack.back();
+    stack.pop_back();
+    const Node& n = nodes[at.node];
+    if (n.value >= 0) { codes[n.value] = at.path; continue; }
+    // Depth stays below 64 for any input the length field can describe (see Encode).
+    Code right{at.path.bits | (uint64_t{1} << at.path.length), at.path.length + 1};
+    Code left{at.path.bits, at.path.length + 1};
+    stack.push_back({n.right, right});
+    stack.push_back({n.left, left});
+  }
+  return codes;
+}
+
+// Appends codes LSB-first. Each step writes 8 bytes and advances by the whole bytes filled,
+// so the destination needs 8 bytes of slack. PerFlush codes fit the 64-bit buffer together.
+template <int PerFlush>
+uint8_t* PackData(const uint8_t* in, const uint8_t* end, uint8_t* out,
+                  const std::array<Code, 256>& codes) {
+  uint64_t buf = 0;
+  unsigned n = 0;
+  while (end - in >= PerFlush) {
+    for (int k = 0; k < PerFlush; ++k) {
+      const Code& c = codes[in[k]];
+      buf |= c.bits << n;
+      n += static_cast<unsigned>(c.length);
+    }
+    in += PerFlush;
+    Store64(out, buf);
+    out += n >> 3;
+    buf >>= (n & ~7u);
+    n &= 7;
+  }
+  for (; in < end; ++in) {
+    const Code& c = codes[*in];
+    buf |= c.bits << n;
+    n += static_cast<unsigned>(c.length);
+    Store64(out, buf);
+    out += n >> 3;
+    buf >>= (n & ~7u);
+    n &= 7;
+  }
+  if (n) *out++ = static_cast<uint8_t>(buf);
+  return out;
+}
+
+// ---- Decoder --------------------------------------------------------------------------
+
+// Lookup table on the next kTableBits bits. An entry holds one or two whole symbols:
+//   bits 0-15 the symbols (stored together), 16-23 bits used by all of them,
+//   24-27 the first symbol's length, 28-29 how many symbols (0 = not a plain entry).
+// Codes longer than kTableBits (rare: they belong to the rarest values) take the slow path.
+constexpr int kTableBits = 11;
+constexpr uint32_t kTableSize = 1u << kTableBits;
+constexpr uint32_t kTableMask = kTableSize - 1;
+constexpr uint32_t kSlow = 0x0000FFFEu;     // code longer than the table: walk the tree
+constexpr uint32_t kInvalid = 0x0000FFFFu;  // the bits lead to a missing child
+constexpr uint32_t kOneSymbol = 1u << 28;
+
+struct Tree {
+  std::array<std::array<int16_t, 2>, clsHuffman::kMaxNodes> child;
+  std::array<int16_t, clsHuffman::kMaxNodes> value;
+  int count = 1;
+};
+
+class BitSource {
+ public:
+  BitSource(const uint8_t* data, size_t size) : data_(data), size_(size) {}
+  uint64_t TotalBits() const { return uint64_t{size_} * 8; }
+  // Bits past the end read as 0; callers compare lengths with TotalBits.
+  uint32_t Peek(uint64_t pos) const {
+    uint32_t v = 0;
+    size_t byte = static_cast<size_t>(pos >> 3);
+    for (int k = 0; k < 3; ++k)
+      if (byte + k < size_) v |= uint32_t{data_[byte + k]} << (8 * k);
+    return (v >> (pos & 7)) & kTableMask;
+  }
+  int Bit(uint64_t pos) const { return (data_[pos >> 3] >> (pos & 7)) & 1; }
+
+ private:
+  const uint8_t* data_;
+  size_t size_;
+};
+
+void FillSingle(const Tree& t, int node, int depth, uint32_t path, std::vector<uint32_t>& s) {
+  if (t.value[node] >= 0) {
+    for (uint32_t i = path; i < kTableSize; i += 1u << depth)
+      s[i] = static_cast<uint32_t>(t.value[node]) | (static_cast<uint32_t>(depth) << 24) |
+             kOneSymbol;
+    return;
+  }
+  if (depth == kTableBits) {
+    s[path] = kSlow;
+    return;
+  }
+  for (int bit = 0; bit < 2; ++bit)
+    if (t.child[node][bit] >= 0)
+      FillSingle(t, t.child[node][bit], depth + 1, path | (uint32_t(bit) << depth), s);
+}
+
+std::vector<uint32_t> BuildTable(const Tree& t) {
+  std::vector<uint32_t> single(kTableSize, kInvalid);
+  FillSingle(t, 0, 0, 0, single);
+  std::vector<uint32_t> table(kTableSize);
+  for (uint32_t i = 0; i < kTableSize; ++i) {
+    uint32_t s = single[i];
+    if (s < kOneSymbol) { table[i] = s; continue; }
+    uint32_t len1 = (s >> 24) & 0xF;
+    uint32_t s2 = single[i >> len1];
+    uint32_t len2 = (s2 >> 24) & 0xF;
+    if (s2 >= kOneSymbol && len1 + len2 <= kTableBits) {
+      table[i] = (s & 0xFF) | ((s2 & 0xFF) << 8) | ((len1 + len2) << 16) | (len1 << 24) |
+                 (2u << 28);
+    } else {
+      table[i] = (s & 0xFF) | (len1 << 16) | (len1 << 24) | kOneSymbol;
+    }
+  }
+  return table;
+}
+
+// Walks the tree bit by bit from pos; -1 when the data ends first or a child is missing.
+int WalkTree(const Tree& t, const BitSource& src, uint64_t& pos) {
+  int node = 0;
+  const uint64_t total = src.TotalBits();
+  while (t.value[node] < 0) {
+    if (pos >= total) return -1;
+    node = t.child[node][src.Bit(pos++)];
+    if (node < 0) return -1;
+  }
+  return t.value[node];
+}
+
+bool DecodeData(const Tree& t, const uint8_t* data, size_t size, uint8_t* out,
+                uint8_t* outEnd) {
+  const std::vector<uint32_t> table = BuildTable(t);
+  const uint32_t* tab = table.data();
+  const BitSource src(data, size);
+  const uint8_t* in = data;
+  const uint8_t* inEnd = data + size;
+  uint64_t bits = 0;
+  unsigned avail = 0;
+  // Fast loop: after a refill at least 56 bits are buffered, enough for five entries of
+  // up to 11 bits; each entry writes at most two bytes.
+  while (inEnd - in >= 8 && outEnd - out >= 10) {
+    bits |= Load64(in) << avail;
+    in += (63 - avail) >> 3;
+    avail |= 56;
+    for (int k = 0; k < 5; ++k) {
+      uint32_t e = tab[bits & kTableMask];
+      if (e < kOneSymbol) {
+        if (e == kInvalid) return false;
+        uint64_t pos = static_cast<uint64_t>(in - data) * 8 - avail;
+        int v = WalkTree(t, src, pos);
+        if (v < 0) return false;
+        *out++ = static_cast<uint8_t>(v);
+        // Restart the buffer at the new position.
+        in = data + (pos >> 3);
+        if (in < inEnd) {
+          bits = *in++ >> (pos & 7);
+          avail = 8 - static_cast<unsigned>(pos & 7);
+        } else {
+          bits = 0;
+          avail = 0;
+        }
+        break;
+      }
+      Store16(out, e);
+      out += e >> 28;
+      unsigned used = (e >> 16) & 0xFF;
+      bits >>= used;
+      avail -= used;
+    }
+  }
+  // Tail: one symbol at a time with every bound checked.
+  uint64_t pos = static_cast<uint64_t>(in - data) * 8 - avail;
+  const uint64_t total = src.TotalBits();
+  while (out < outEnd) {
+    uint32_t e = tab[src.Peek(pos)];
+    if (e < kOneSymbol) {
+      if (e == kInvalid) return false;
+      int v = WalkTree(t, src, pos);
+      if (v < 0) return false;
+      *out++ = static_cast<uint8_t>(v);
+      continue;
+    }
+    uint32_t len1 = (e >> 24) & 0xF;
+    if (pos + len1 > total) return false;
+    *out++ = static_cast<uint8_t>(e);
+    pos += len1;
+  }
+  return true;
+}
+
+uint8_t XorAll(const uint8_t* p, size_t n) {
+  uint64_t acc = 0;
+  size_t i = 0;
+  for (; i + 8 <= n; i += 8) acc ^= Load64(p + i);
+  for (; i < n; ++i) acc ^= p[i];
+  acc ^= acc >> 32;
+  acc ^= acc >> 16;
+  acc ^= acc >> 8;
+  return static_cast<uint8_t>(acc);
+}
+
+}  // namespace
+
+Bytes clsHuffman::Encode(std::string_view input) {
+  // The length field is signed 32-bit; anything longer can only be stored. This bound
+  // also keeps every code under 46 bits (a leaf at depth d needs a total weight of at
+  // least the (d+2)-th Fibonacci number), so a code always fits the 64-bit packer.
+  if (input.empty() || input.size() > static_cast<size_t>(std::numeric_limits<int32_t>::max()))
+    return StoredContainer(input);
+  const auto* in = reinterpret_cast<const uint8_t*>(input.data());
+  const size_t n = input.size();
+
+  // Four interleaved histograms keep the counting pass free of store-to-load stalls.
+  std::array<std::array<uint32_t, 256>, 4> h{};
+  size_t i = 0;
+  for (; i + 4 <= n; i += 4) {
+    ++h[0][in[i]];
+    ++h[1][in[i + 1]];
+    ++h[2][in[i + 2]];
+    ++h[3][in[i + 3]];
+  }
+  for (; i < n; ++i) ++h[0][in[i]];
+  std::array<uint64_t, 256> counts{};
+  int used = 0;
+  uint8_t checksum = 0;
+  for (int v = 0; v < 256; ++v) {
+    counts[v] = uint64_t{h[0][v]} + h[1][v] + h[2][v] + h[3][v];
+    if (counts[v]) ++used;
+    if (counts[v] & 1) checksum ^= static_cast<uint8_t>(v);  // XOR of all bytes
+  }
+  if (used < 2) return StoredContainer(input);
+
+  const std::array<Code, 256> codes = BuildCodes(counts);
+  uint64_t dataBits = 0, codeBits = 0;
+  int maxLength = 0;
+  for (int v = 0; v < 256; ++v) {
+    if (!counts[v]) continue;
+    dataBits += counts[v] * static_cast<uint64_t>(codes[v].length);
+    codeBits += static_cast<uint64_t>(codes[v].length);
+    if (codes[v].length > maxLength) maxLength = codes[v].length;
+  }
+  const uint64_t dataBytes = (dataBits + 7) / 8;
+  if (dataBytes > n || maxLength > 56) return StoredContainer(input);
+
+  const size_t tableBytes = static_cast<size_t>(2 * used);
+  const size_t codeBytes = static_cast<size_t>((codeBits + 7) / 8);
+  const size_t total = kHeaderSize + tableBytes + codeBytes + static_cast<size_t>(dataBytes);
+  Bytes out(total + 8, '\0');  // slack for the packer's 8-byte stores
+  auto* o = reinterpret_cast<uint8_t*>(out.data());
+  o[0] = kMark0; o[1] = kMark1; o[2] = kCompressed; o[3] = kCR;
+  o[4] = checksum;
+  const auto length = static_cast<uint32_t>(n);
+  for (int k = 0; k < 4; ++k) o[5 + k] = static_cast<uint8_t>(length >> (8 * k));
+  o[9] = static_cast<uint8_t>(used);
+  o[10] = static_cast<uint8_t>(used >> 8);
+  uint8_t* p = o + kHeaderSize;
+  for (int v = 0; v < 256; ++v) {
+    if (!counts[v]) continue;
+    *p++ = static_cast<uint8_t>(v);
+    *p++ = static_cast<uint8_t>(codes[v].length);
+  }
+  // The codes of the used values, ascending, packed continuously.
+  uint64_t buf = 0;
+  unsigned fill = 0;
+  for (int v = 0; v < 256; ++v) {
+    if (!counts[v]) continue;
+    buf |= codes[v].bits << fill;
+    fill += static_cast<unsigned>(codes[v].length);
+    Store64(p, buf);
+    p += fill >> 3;
+    buf >>= (fill & ~7u);
+    fill &= 7;
+  }
+  if (fill) *p++ = static_cast<uint8_t>(buf);
+
+  const uint8_t* end = in + n;
+  if (maxLength <= 14) p = PackData<4>(in, end, p, codes);
+  else if (maxLength <= 18) p = PackData<3>(in, end, p, codes);
+  else if (maxLength <= 28) p = PackData<2>(in, end, p, codes);
+  else p = PackData<1>(in, end, p, codes);
+  out.resize(total);
+  return out;
+}
+
+bool clsHuffman::Decode(std::string_view container, Bytes& out) {
+  const auto* c = reinterpret_cast<const uint8_t*>(container.data());
+  const size_t size = container.size();
+  if (size < 4 || c[0] != kMark0 || c[1] != kMark1 || c[3] != kCR) return false;
+  if (c[2] == kStored) {
+    out = Bytes(container.substr(4));
+    return true;
+  }
+  if (c[2] != kCompressed || size < kHeaderSize) return false;
+
+  const uint8_t checksum = c[4];
+  const auto length = static_cast<int32_t>(uint32_t{c[5]} | uint32_t{c[6]} << 8 |
+                                           uint32_t{c[7]} << 16 | uint32_t{c[8]} << 24);
+  const auto used = static_cast<int16_t>(c[9] | c[10] << 8);
+  if (length <= 0 || used < 1 || used > 256) return false;
+  const size_t tableEnd = kHeaderSize + 2 * static_cast<size_t>(used);
+  if (size < tableEnd) return false;
+
+  uint64_t codeBits = 0;
+  for (int k = 0; k < used; ++k) {
+    const uint8_t value = c[kHeaderSize + 2 * k], bitsLong = c[kHeaderSize + 2 * k + 1];
+    if (bitsLong == 0) return false;
+    // Values come in ascending order; anything else is a damaged table.
+    if (k > 0 && value <= c[kHeaderSize + 2 * (k - 1)]) return false;
+    codeBits += bitsLong;
+  }
+  const size_t codeEnd = tableEnd + static_cast<size_t>((codeBits + 7) / 8);
+  if (size < codeEnd) return false;
+
+  // Rebuild the tree from the codes, refusing anything that is not a prefix code.
+  Tree tree;
+  for (auto& ch : tree.child) ch = {-1, -1};
+  tree.value.fill(-1);
+  const BitSource codeSrc(c + tableEnd, codeEnd - tableEnd);
+  uint64_t bitPos = 0;
+  for (int k = 0; k < used; ++k) {
+    const int len = c[kHeaderSize + 2 * k + 1];
+    int node = 0;
+    for (int step = 0; step < len; ++step) {
+      if (tree.value[node] >= 0) return false;  // passes through another value's leaf
+      const int bit = codeSrc.Bit(bitPos++);
+      if (tree.child[node][bit] < 0) {
+        if (tree.count == kMaxNodes) return false;
+        tree.child[node][bit] = static_cast<int16_t>(tree.count++);
+      }
+      node = tree.child[node][bit];
+    }
+    if (tree.value[node] >= 0 || tree.child[node][0] >= 0 || tree.child[node][1] >= 0)
+      return false;  // same code twice, or a code that is a prefix of an earlier one
+    tree.value[node] = c[kHeaderSize + 2 * k];
+  }
+
+  // Every code is at least one bit long, so a length beyond the data's bits is damaged;
+  // checking it first also keeps a forged length from allocating gigabytes.
+  const size_t dataSize = size - codeEnd;
+  if (static_cast<uint64_t>(length) > uint64_t{dataSize} * 8) return false;
+  Bytes result(static_cast<size_t>(length), '\0');
+  auto* r = reinterpret_cast<uint8_t*>(result.data());
+  if (!DecodeData(tree, c + codeEnd, dataSize, r, r + length)) return false;
+  if (XorAll(r, result.size()) != checksum) return false;
+  out = std::move(result);
+  return true;
+}
+
+}  // namespace mq

@@ -1,0 +1,73 @@
+#include "listfiles/clsRC4.h"
+
+#include <utility>
+
+namespace mq {
+
+namespace {
+constexpr std::string_view kEnvelopeMark{"M2P\r", 4};
+}
+
+clsRC4::clsRC4() { Schedule({}); }
+
+void clsRC4::Key(TextView password, const CodePage& codePage) {
+  if (hasPassword_ && password == password_) return;
+  Bytes ansi;
+  codePage.ToAnsi(password, ansi);  // unrepresentable characters become the default one
+  // Key length = characters; a text whose conversion came out shorter (a surrogate pair
+  // turned into one default character) uses what there is.
+  if (ansi.size() > password.size()) ansi.resize(password.size());
+  Schedule(ansi);
+  password_ = Text(password);
+  hasPassword_ = true;
+}
+
+void clsRC4::KeyBytes(std::string_view keyBytes) {
+  Schedule(keyBytes);
+  hasPassword_ = false;  // a later Key() must not be skipped as "unchanged"
+}
+
+void clsRC4::Schedule(std::string_view key) {
+  for (int i = 0; i < 256; ++i) keyed_[i] = static_cast<uint8_t>(i);
+  // An empty key is never given by the program (the password dialog refuses it); it
+  // schedules as if every key byte were 0 rather than dividing by zero.
+  uint8_t j = 0;
+  for (size_t i = 0; i < 256; ++i) {
+    uint8_t k = key.empty() ? 0 : static_cast<uint8_t>(key[i % key.size()]);
+    j = static_cast<uint8_t>(j + keyed_[i] + k);
+    std::swap(keyed_[i], keyed_[j]);
+  }
+}
+
+void clsRC4::EncryptByte(Bytes& bytes) const {
+  std::array<uint8_t, 256> s = keyed_;
+  uint8_t i = 0, j = 0;
+  for (char& ch : bytes) {
+    i = static_cast<uint8_t>(i + 1);
+    const uint8_t si = s[i];
+    j = static_cast<uint8_t>(j + si);
+    const uint8_t sj = s[j];
+    s[i] = sj;
+    s[j] = si;
+    ch = static_cast<char>(static_cast<uint8_t>(ch) ^ s[static_cast<uint8_t>(si + sj)]);
+  }
+}
+
+Bytes clsRC4::Protect(std::string_view plain) const {
+  Bytes body(plain);
+  EncryptByte(body);
+  Bytes out(kEnvelopeMark);
+  out += body;
+  return out;
+}
+
+bool clsRC4::Unprotect(std::string_view envelope, Bytes& out) const {
+  if (envelope.size() < kEnvelopeMark.size() || envelope.substr(0, 4) != kEnvelopeMark)
+    return false;
+  Bytes body(envelope.substr(4));
+  EncryptByte(body);
+  out = std::move(body);
+  return true;
+}
+
+}  // namespace mq
