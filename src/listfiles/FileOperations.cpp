@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "listfiles/EVBResource.h"
 #include "listfiles/clsHuffman.h"
 #include "listfiles/clsRC4.h"
 
@@ -30,12 +29,6 @@ Text FromUtf16LeBytes(std::string_view bytes) {
   return out;
 }
 
-// The entry type named by an ID: the numeric value from its fourth character on.
-long long IdType(std::string_view id) {
-  Text wide = Widen(id);
-  return static_cast<long long>(LeadingNumber(TextView(wide).substr(std::min<size_t>(3, wide.size()))));
-}
-
 Text DisplayRow(ListContext& context, const ListEntry& entry) {
   if (entry.format != kFormatRich) return RowText(kFormatPlain, entry.text);
   context.richText.LoadRtf(Narrow(entry.text));
@@ -45,6 +38,12 @@ Text DisplayRow(ListContext& context, const ListEntry& entry) {
 }
 
 }  // namespace
+
+long long EntryTypeOfId(std::string_view id) {
+  const Text wide = Widen(id);
+  return static_cast<long long>(
+      LeadingNumber(TextView(wide).substr(std::min<size_t>(3, wide.size()))));
+}
 
 Bytes EncodeListFile(const std::vector<ListEntry>& entries, const CodePage& codePage,
                      bool isProtected, TextView password) {
@@ -74,8 +73,8 @@ Bytes EncodeListFile(const std::vector<ListEntry>& entries, const CodePage& code
   return rc4.Protect(file);
 }
 
-bool DecodeListFile(std::string_view file, const CodePage& codePage, bool isProtected,
-                    TextView password, std::vector<ListEntry>& entries) {
+bool OpenListResource(std::string_view file, const CodePage& codePage, bool isProtected,
+                      TextView password, EVBResource& resource) {
   Bytes container;
   if (isProtected) {
     clsRC4 rc4;
@@ -84,16 +83,20 @@ bool DecodeListFile(std::string_view file, const CodePage& codePage, bool isProt
   } else {
     container.assign(file);
   }
-  Bytes resource;
-  if (!clsHuffman::Decode(container, resource)) return false;
+  Bytes plain;
+  return clsHuffman::Decode(container, plain) && resource.loadFromBytes(plain);
+}
+
+bool DecodeListFile(std::string_view file, const CodePage& codePage, bool isProtected,
+                    TextView password, std::vector<ListEntry>& entries) {
   EVBResource store;
-  if (!store.loadFromBytes(resource)) return false;
+  if (!OpenListResource(file, codePage, isProtected, password, store)) return false;
 
   std::vector<ListEntry> out;
   out.reserve(store.strings().size());
   for (const auto& record : store.strings()) {
     ListEntry entry;
-    const long long type = IdType(record.id);
+    const long long type = EntryTypeOfId(record.id);
     if (type == kFormatRich) {
       entry.format = kFormatRich;
       entry.text = Widen(record.data);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "clipboard/ClipStore.h"
+#include "listfiles/EVBResource.h"
 #include "platform/CodePage.h"
 #include "platform/FileSystem.h"
 #include "platform/RichTextBox.h"
@@ -58,6 +59,11 @@ struct LoadResult {
 // The whole file for these entries, as SaveListFile writes it.
 Bytes EncodeListFile(const std::vector<ListEntry>& entries, const CodePage& codePage,
                      bool isProtected, TextView password);
+// The entry type an ID names: the numeric value from its fourth character on.
+long long EntryTypeOfId(std::string_view id);
+// Unwraps a list file down to its resource store; false when a layer cannot be decoded.
+bool OpenListResource(std::string_view file, const CodePage& codePage, bool isProtected,
+                      TextView password, EVBResource& resource);
 // The entries of a list file in file order; false when it cannot be decoded. Records with
 // an empty text are dropped: an empty slot means a free one in the clip store.
 bool DecodeListFile(std::string_view file, const CodePage& codePage, bool isProtected,

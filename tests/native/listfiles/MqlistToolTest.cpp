@@ -1,0 +1,120 @@
+// Drives the built mqlist binary as a user's script would.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "listfiles/FileOperations.h"
+
+namespace mq {
+namespace {
+
+namespace fs = std::filesystem;
+
+class MqlistTool : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    // The tool sits at the top of the build tree, two levels above this test binary.
+    tool = fs::canonical("/proc/self/exe").parent_path().parent_path().parent_path() / "mqlist";
+    ASSERT_TRUE(fs::exists(tool)) << "build the mqlist target first: " << tool;
+    dir = fs::temp_directory_path() / ("mqlist-test-" + std::to_string(getpid()));
+    fs::remove_all(dir);
+    fs::create_directories(dir);
+  }
+  void TearDown() override { fs::remove_all(dir); }
+
+  // Runs the tool in dir; returns its exit status, stdout in out.
+  int Run(const std::string& args, std::string* out = nullptr) {
+    const std::string cmd = "cd '" + dir.string() + "' && '" + tool.string() + "' " + args +
+                            " >stdout.txt 2>stderr.txt";
+    const int status = std::system(cmd.c_str());
+    if (out) *out = Read("stdout.txt");
+    errLines = 0;
+    for (char c : Read("stderr.txt")) errLines += c == '\n';
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+  void Write(const std::string& name, const std::string& data) {
+    std::ofstream(dir / name, std::ios::binary) << data;
+  }
+  std::string Read(const std::string& name) {
+    std::ifstream in(dir / name, std::ios::binary);
+    std::stringstream ss;
+    ss << in.rdbuf();
+    return ss.str();
+  }
+
+  fs::path tool, dir;
+  int errLines = 0;
+};
+
+TEST_F(MqlistTool, MakeWritesWhatTheProgramSaves) {
+  const std::string text = "caf\xC3\xA9 \xE2\x82\xAC";           // café € fits Windows-1252
+  const std::string unicode = "\xCE\xA9 \xF0\x9F\x93\x8E";        // Ω 📎 does not
+  const std::string rtf = "{\\rtf1 \\b Bold\\b0  text}";
+  Write("a.txt", text);
+  Write("b.RTF", rtf);
+  Write("c.txt", "\xEF\xBB\xBF" + unicode);  // a byte-order mark is not part of the text
+  const std::vector<ListEntry> entries = {
+      {FromUtf8(text), kFormatPlain}, {Widen(rtf), kFormatRich}, {FromUtf8(unicode), kFormatPlain}};
+  const Windows1252 cp;
+
+  ASSERT_EQ(Run("make plain.mql a.txt b.RTF c.txt"), 0);
+  EXPECT_EQ(Read("plain.mql"), FileOperations::EncodeListFile(entries, cp, false, u""));
+  ASSERT_EQ(Run("make prot.mqp --password 'pa ss' a.txt b.RTF c.txt"), 0);
+  EXPECT_EQ(Read("prot.mqp"), FileOperations::EncodeListFile(entries, cp, true, u"pa ss"));
+
+  for (const char* input : {"plain.mql", "prot.mqp --password 'pa ss'"}) {
+    fs::remove_all(dir / "out");
+    ASSERT_EQ(Run(std::string("dump ") + input + " out"), 0) << input;
+    EXPECT_EQ(Read("out/000.txt"), text);
+    EXPECT_EQ(Read("out/001.rtf"), rtf);
+    EXPECT_EQ(Read("out/002.txt"), unicode);
+    EXPECT_FALSE(fs::exists(dir / "out/003.txt"));
+  }
+
+  std::string info;
+  ASSERT_EQ(Run("info plain.mql", &info), 0);
+  EXPECT_NE(info.find("M2L"), std::string::npos) << info;
+  EXPECT_NE(info.find("entries: 3"), std::string::npos) << info;
+  EXPECT_NE(info.find("001-16639  type -16639 (rich text)  " + std::to_string(rtf.size()) +
+                      " bytes"),
+            std::string::npos)
+      << info;
+  EXPECT_NE(info.find("00213  type 13"), std::string::npos) << info;
+}
+
+TEST_F(MqlistTool, ExitStatusSaysWhatWentWrong) {
+  Write("a.txt", "alpha");
+  Write("empty.txt", "");
+  Write("foreign.mql", "PK\x03\x04 not a list");
+  Write("damaged.mql", "M2L\r\x01\x02\x03");
+  ASSERT_EQ(Run("make p.mqp --password right a.txt"), 0);
+
+  struct Case {
+    std::string args;
+    int status;
+  };
+  const std::vector<Case> cases = {
+      {"dump p.mqp --password wrong out", 1}, {"info p.mqp --password wrong", 1},
+      {"dump foreign.mql out", 1},            {"dump damaged.mql out", 1},
+      {"info damaged.mql", 1},                {"dump p.mqp out", 2},
+      {"dump missing.mql out", 2},            {"make x.mql missing.txt", 2},
+      {"make x.mql empty.txt", 2},            {"make x.mql", 2},
+      {"make x.mql --password '' a.txt", 2},  {"frobnicate a.txt", 2},
+      {"", 2},                                {"make no/such/dir/x.mql a.txt", 2},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(Run(c.args), c.status) << c.args;
+    if (c.status == 1) EXPECT_EQ(errLines, 1) << c.args;
+  }
+  EXPECT_FALSE(fs::exists(dir / "out/000.txt"));
+  std::string info;
+  EXPECT_EQ(Run("info p.mqp", &info), 0);
+  EXPECT_NE(info.find("M2P"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace mq
