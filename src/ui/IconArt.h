@@ -1,0 +1,46 @@
+// The program's images, drawn by code in a paperclip theme: the tray images (icons 101-104),
+// the clip list window's icon (105), the menu images I1..I7 (201..207) and the menu's check
+// mark. tools/icongen writes the .ico files that the resource script embeds; the Win32 shell
+// also renders from here at any size a resource lacks.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "ui/Raster.h"
+
+namespace mq::art {
+
+enum class Art {
+  ClipEnabled,   // blue paperclip: capturing is on
+  ClipDisabled,  // grey paperclip with a red stop mark: capturing is off
+  ClipList,      // a sheet with list lines and a paperclip
+  Settings,      // gear
+  About,         // "i" on a blue disc
+  Exit,          // power sign on a red disc
+  Help,          // "?" on a green disc
+};
+
+Image Render(Art art, int size);
+
+// Pre-XP systems draw icons with a mask only: every pixel is either opaque or not.
+Image Binarize(const Image& image);
+
+// The check mark of checked menu items, in the given 0xRRGGBB colour.
+Image RenderCheckMark(int size, uint32_t rrggbb);
+
+// The art behind menu image token "In": I1..I7. False for any other number.
+bool MenuImageArt(int n, Art& art);
+
+enum class IcoDepth { Alpha32, Masked24 };
+// An .ico file holding the images (largest last is not required; order is kept).
+std::string EncodeIco(const std::vector<Image>& images, IcoDepth depth);
+
+struct IconFile {
+  std::string name;  // starts with the resource number, e.g. "101-tray-enabled.ico"
+  int resourceId = 0;
+  std::string bytes;
+};
+std::vector<IconFile> RenderIconFiles();
+
+}  // namespace mq::art
