@@ -57,7 +57,8 @@ void ApiHotkey::ReadFromAtom(uint16_t atom) {
   if (Contains(name, u"SHIFT+")) SetShiftKey(true);
   if (Contains(name, u"CONTROL+")) SetControlKey(true);
   if (Contains(name, u"ALT+")) SetAltKey(true);
-  Text digits = u"0" + name.substr(name.size() > 3 ? name.size() - 3 : 0);
+  Text digits(1, u'0');
+  digits += TextView(name).substr(name.size() > 3 ? name.size() - 3 : 0);
   if (IsNumeric(digits)) VKey = static_cast<int32_t>(RoundHalfAway(LeadingNumber(digits)));
 }
 

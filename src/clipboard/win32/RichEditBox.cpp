@@ -1,0 +1,132 @@
+#include "clipboard/win32/RichEditBox.h"
+
+#include <richedit.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace mq::win32 {
+
+namespace {
+
+// Loaded once for the run; the windows of its class must be gone before it is freed, which
+// holds at process exit.
+class RichEditLibrary {
+ public:
+  RichEditLibrary() {
+    module_ = LoadLibraryW(L"Msftedit.dll");
+    className_ = L"RICHEDIT50W";
+    if (!module_) {
+      module_ = LoadLibraryW(L"Riched20.dll");
+      className_ = L"RichEdit20W";
+    }
+  }
+  ~RichEditLibrary() {
+    if (module_) FreeLibrary(module_);
+  }
+  RichEditLibrary(const RichEditLibrary&) = delete;
+  RichEditLibrary& operator=(const RichEditLibrary&) = delete;
+  const wchar_t* ClassName() const { return module_ ? className_ : nullptr; }
+
+ private:
+  HMODULE module_;
+  const wchar_t* className_;
+};
+
+const wchar_t* RichEditClass() {
+  static RichEditLibrary library;
+  return library.ClassName();
+}
+
+struct Source {
+  const char* data;
+  size_t left;
+};
+
+DWORD CALLBACK ReadFromSource(DWORD_PTR cookie, LPBYTE buffer, LONG capacity, LONG* done) {
+  auto* source = reinterpret_cast<Source*>(cookie);
+  size_t n = std::min(source->left, static_cast<size_t>(capacity));
+  std::memcpy(buffer, source->data, n);
+  source->data += n;
+  source->left -= n;
+  *done = static_cast<LONG>(n);
+  return 0;
+}
+
+DWORD CALLBACK AppendToBytes(DWORD_PTR cookie, LPBYTE buffer, LONG size, LONG* done) {
+  reinterpret_cast<Bytes*>(cookie)->append(reinterpret_cast<const char*>(buffer), size);
+  *done = size;
+  return 0;
+}
+
+bool StreamIn(HWND box, WPARAM format, const void* data, size_t size) {
+  Source source{static_cast<const char*>(data), size};
+  EDITSTREAM stream{reinterpret_cast<DWORD_PTR>(&source), 0, ReadFromSource};
+  SendMessageW(box, EM_STREAMIN, format, reinterpret_cast<LPARAM>(&stream));
+  return stream.dwError == 0;
+}
+
+bool LooksLikeRtf(std::string_view rtf) {
+  size_t i = rtf.find_first_not_of(" \t\r\n");
+  return i != std::string_view::npos && rtf.substr(i, 5) == "{\\rtf";
+}
+
+}  // namespace
+
+RichEditBox::RichEditBox(HWND parent) {
+  const wchar_t* cls = RichEditClass();
+  if (!cls) return;
+  DWORD style = WS_CHILD | ES_MULTILINE | ES_AUTOVSCROLL | ES_NOHIDESEL;
+  box_.Reset(CreateWindowExW(0, cls, L"", style, 0, 0, 400, 300, parent ? parent : HWND_MESSAGE,
+                             nullptr, GetModuleHandleW(nullptr), nullptr));
+  if (!box_) return;
+  // The default limit (32,767 characters) would cut long clips; undo only costs memory here.
+  SendMessageW(box_.Get(), EM_EXLIMITTEXT, 0, 0x7FFFFFFE);
+  SendMessageW(box_.Get(), EM_SETUNDOLIMIT, 0, 0);
+  // No wrapping: a never-shown box needs no line layout, which is slow on long texts.
+  SendMessageW(box_.Get(), EM_SETTARGETDEVICE, 0, 1);
+}
+
+bool RichEditBox::LoadRtf(std::string_view rtf) {
+  if (!box_ || !LooksLikeRtf(rtf)) return false;
+  return StreamIn(box_.Get(), SF_RTF, rtf.data(), rtf.size());
+}
+
+Text RichEditBox::PlainText() {
+  if (!box_) return {};
+  // The control ends paragraphs with a lone CR; GT_USECRLF gives CR LF as the clipboard has.
+  GETTEXTLENGTHEX length{GTL_USECRLF | GTL_PRECISE | GTL_NUMCHARS, 1200};
+  auto n = SendMessageW(box_.Get(), EM_GETTEXTLENGTHEX, reinterpret_cast<WPARAM>(&length), 0);
+  if (n <= 0) return {};
+  Text text(static_cast<size_t>(n) + 1, u'\0');
+  GETTEXTEX get{static_cast<DWORD>(text.size() * sizeof(char16_t)), GT_USECRLF, 1200, nullptr,
+                nullptr};
+  auto got = SendMessageW(box_.Get(), EM_GETTEXTEX, reinterpret_cast<WPARAM>(&get),
+                          reinterpret_cast<LPARAM>(text.data()));
+  text.resize(static_cast<size_t>(std::max<LRESULT>(got, 0)));
+  return text;
+}
+
+void RichEditBox::SetPlainText(TextView text) {
+  if (!box_) return;
+  // Streamed as text into a whole-content selection: the new text takes the formatting at
+  // the start, and a text that happens to begin with "{\rtf" is not read as rich text (as
+  // WM_SETTEXT and EM_SETTEXTEX would).
+  SendMessageW(box_.Get(), EM_SETSEL, 0, -1);
+  StreamIn(box_.Get(), SF_TEXT | SF_UNICODE | SFF_SELECTION, text.data(),
+           text.size() * sizeof(char16_t));
+}
+
+Bytes RichEditBox::Rtf() {
+  Bytes out;
+  if (!box_) return out;
+  EDITSTREAM stream{reinterpret_cast<DWORD_PTR>(&out), 0, AppendToBytes};
+  SendMessageW(box_.Get(), EM_STREAMOUT, SF_RTF, reinterpret_cast<LPARAM>(&stream));
+  return out;
+}
+
+void RichEditBox::Clear() {
+  if (box_) SetWindowTextW(box_.Get(), L"");
+}
+
+}  // namespace mq::win32

@@ -1,0 +1,48 @@
+// The clipboard monitor (cpFlag): a window of its own in the clipboard viewer chain that
+// raises ClipboardChanged for every change and passes the chain's messages on.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+
+#include "platform/Text.h"
+#include "platform/win32/MessageWindow.h"
+
+namespace mq::win32 {
+
+class VBFormCopyPasteControl {
+ public:
+  // The window is message-only when parent is null, otherwise a hidden child of parent.
+  explicit VBFormCopyPasteControl(HWND parent = nullptr);
+  ~VBFormCopyPasteControl();  // destroying the window leaves the chain
+  VBFormCopyPasteControl(const VBFormCopyPasteControl&) = delete;
+  VBFormCopyPasteControl& operator=(const VBFormCopyPasteControl&) = delete;
+
+  // Joins the viewer chain; called once the program knows it is the only instance.
+  bool Attach();
+  bool Attached() const { return attached_; }
+
+  HWND WindowHandle() const { return window_.Get(); }
+  HWND NextViewer() const { return next_; }
+
+  // Raised once for each change notification that reaches the window, before the
+  // notification is passed on.
+  std::function<void()> ClipboardChanged;
+
+  // Registered as "FormCopyPasteControl:" + decimal handle while attached.
+  static VBFormCopyPasteControl* Find(HWND window);
+
+ private:
+  friend LRESULT CALLBACK ClipViewerProc(HWND, UINT, WPARAM, LPARAM);
+  void Detach();
+
+  UniqueWindow window_;
+  HWND next_ = nullptr;
+  WNDPROC previous_ = nullptr;
+  bool attached_ = false;
+};
+
+LRESULT CALLBACK ClipViewerProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+
+}  // namespace mq::win32

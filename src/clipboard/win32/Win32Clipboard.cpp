@@ -1,0 +1,98 @@
+#include "clipboard/win32/Win32Clipboard.h"
+
+#include <cstring>
+#include <cwchar>
+
+namespace mq::win32 {
+
+namespace {
+
+struct Formats {
+  UINT rich = RegisterClipboardFormatW(L"Rich Text Format");
+  UINT exclude = RegisterClipboardFormatW(L"ExcludeClipboardContentFromMonitorProcessing");
+  UINT viewerIgnore = RegisterClipboardFormatW(L"Clipboard Viewer Ignore");
+  UINT canInclude = RegisterClipboardFormatW(L"CanIncludeInClipboardHistory");
+  UINT canUpload = RegisterClipboardFormatW(L"CanUploadToCloudClipboard");
+};
+
+const Formats& F() {
+  static const Formats formats;
+  return formats;
+}
+
+// "CanIncludeInClipboardHistory" and "CanUploadToCloudClipboard" are DWORD flags; only an
+// explicit 0 marks the content private.
+bool HoldsDwordZero(const ClipboardSession& session, UINT format) {
+  if (!IsClipboardFormatAvailable(format)) return false;
+  GlobalView view(session.Data(format));
+  if (!view || view.Size() < sizeof(DWORD)) return false;
+  DWORD value;
+  std::memcpy(&value, view.Data(), sizeof(value));
+  return value == 0;
+}
+
+}  // namespace
+
+Win32Clipboard::Win32Clipboard() : owner_(CreatePlainWindow(nullptr, L"Win32Clipboard")) {}
+
+UINT Win32Clipboard::RichTextFormat() { return F().rich; }
+
+bool Win32Clipboard::IsPrivate(const ClipboardSession& session) {
+  const Formats& f = F();
+  return IsClipboardFormatAvailable(f.exclude) || IsClipboardFormatAvailable(f.viewerIgnore) ||
+         HoldsDwordZero(session, f.canInclude) || HoldsDwordZero(session, f.canUpload);
+}
+
+bool Win32Clipboard::Read(ClipRead mode, ClipboardData& out) {
+  out = ClipboardData{};
+  ClipboardSession session(owner_.Get());
+  lastAttempts_ = session.Attempts();
+  if (!session.IsOpen()) return false;
+
+  out.hasText = IsClipboardFormatAvailable(CF_UNICODETEXT);
+  out.hasRich = IsClipboardFormatAvailable(F().rich);
+  if (IsPrivate(session)) {
+    out.isPrivate = true;  // nothing of the content is copied into the program
+    return true;
+  }
+
+  if (mode == ClipRead::PreferRich && out.hasRich) {
+    GlobalView view(session.Data(F().rich));
+    if (!view) return false;
+    auto bytes = static_cast<const char*>(view.Data());
+    const void* nul = std::memchr(bytes, 0, view.Size());
+    size_t n = nul ? static_cast<const char*>(nul) - bytes : view.Size();
+    out.rtf.assign(bytes, n);
+    out.format = -16639;
+    return true;
+  }
+  if (out.hasText) {
+    GlobalView view(session.Data(CF_UNICODETEXT));
+    if (!view) return false;
+    auto chars = static_cast<const wchar_t*>(view.Data());
+    size_t capacity = view.Size() / sizeof(wchar_t);
+    const wchar_t* nul = std::wmemchr(chars, L'\0', capacity);
+    size_t n = nul ? static_cast<size_t>(nul - chars) : capacity;
+    out.text.assign(reinterpret_cast<const char16_t*>(chars), n);
+    out.format = 1;
+  }
+  return true;
+}
+
+bool Win32Clipboard::Write(UINT format, GlobalMemory memory) {
+  if (!memory) return false;
+  ClipboardSession session(owner_.Get());
+  lastAttempts_ = session.Attempts();
+  return session.Empty() && session.Put(format, memory);
+}
+
+bool Win32Clipboard::WriteText(TextView text) {
+  return Write(CF_UNICODETEXT,
+               GlobalMemory::Copy(text.data(), text.size() * sizeof(char16_t), sizeof(char16_t)));
+}
+
+bool Win32Clipboard::WriteRich(std::string_view rtf) {
+  return Write(F().rich, GlobalMemory::Copy(rtf.data(), rtf.size(), 1));
+}
+
+}  // namespace mq::win32
