@@ -1,0 +1,200 @@
+#include "app/win32/MainWindow.h"
+
+#include <commctrl.h>
+#include <shellapi.h>
+
+#include "app/frmMain.h"
+#include "listwindow/win32/ListWindow.h"
+#include "platform/win32/Strings.h"
+#include "ui/win32/cMenuItems.h"
+
+namespace mq::win32 {
+
+namespace {
+constexpr wchar_t kClassName[] = L"MarquillMain";
+// One name per user session: Local\ keeps other users' copies apart.
+constexpr wchar_t kInstanceMutex[] = L"Local\\Olvenar.Marquill.Instance";
+constexpr UINT kTrayId = 1;
+
+// HTML Help lives in hhctrl.ocx, which not every system has; it is loaded on first use.
+using HtmlHelpFn = HWND(WINAPI*)(HWND, LPCWSTR, UINT, DWORD_PTR);
+constexpr UINT kHhDisplayTopic = 0x0000;
+constexpr UINT kHhCloseAll = 0x0012;
+}  // namespace
+
+MainWindow::MainWindow() = default;
+
+MainWindow::~MainWindow() {
+  if (trayShown_) Delete();
+  Destroy();
+  if (instanceMutex_) CloseHandle(instanceMutex_);
+  if (htmlHelp_) FreeLibrary(htmlHelp_);
+  if (windowIcon_) DestroyIcon(windowIcon_);
+}
+
+bool MainWindow::CreateHidden() {
+  RegisterClassOnce(kClassName);
+  // A top-level window (never shown), so the shell's "TaskbarCreated" broadcast reaches it.
+  if (!Create(kClassName, L"Marquill", WS_POPUP, WS_EX_TOOLWINDOW, 0, 0, 0, 0)) return false;
+  taskbarCreated_ = RegisterWindowMessageW(L"TaskbarCreated");
+  return true;
+}
+
+bool MainWindow::AnotherInstanceRunning() {
+  instanceMutex_ = CreateMutexW(nullptr, FALSE, kInstanceMutex);
+  return instanceMutex_ && GetLastError() == ERROR_ALREADY_EXISTS;
+}
+
+void MainWindow::AttachClipboardMonitor() {
+  if (onAttachMonitor) onAttachMonitor();
+}
+
+void MainWindow::PopupMenu() {
+  if (!main_ || !menus_) return;
+  POINT at{};
+  GetCursorPos(&at);
+  int command = menus_->TrackPopup(hwnd(), main_->mnuPopUp, main_->menuStyle, at);
+  if (command) main_->RunMenuCommand(command);
+}
+
+void MainWindow::ShowSettings() {
+  // The settings dialog is not part of this build yet.
+}
+
+bool MainWindow::OpenHelp(TextView path, TextView topic, Text& error) {
+  if (!htmlHelp_) htmlHelp_ = LoadLibraryW(L"hhctrl.ocx");
+  auto htmlHelp = htmlHelp_ ? reinterpret_cast<HtmlHelpFn>(reinterpret_cast<void*>(
+                                  GetProcAddress(htmlHelp_, "HtmlHelpW")))
+                            : nullptr;
+  if (!htmlHelp) {
+    error = u"HTML Help is not available on this system.";
+    return false;
+  }
+  Text target = Text(path) + u"::/" + Text(topic) + u".htm";
+  if (!htmlHelp(GetDesktopWindow(), W(target), kHhDisplayTopic, 0)) {
+    error = u"HTML Help could not show the topic \"" + Text(topic) + u"\".";
+    return false;
+  }
+  return true;
+}
+
+void MainWindow::CloseHelp() {
+  if (!htmlHelp_) return;
+  auto htmlHelp = reinterpret_cast<HtmlHelpFn>(
+      reinterpret_cast<void*>(GetProcAddress(htmlHelp_, "HtmlHelpW")));
+  if (htmlHelp) htmlHelp(nullptr, nullptr, kHhCloseAll, 0);
+}
+
+void MainWindow::UnloadWindows() {
+  about_.Unload();
+  if (flash_) flash_->Unload();
+  if (list_) list_->Destroy();
+}
+
+void MainWindow::Quit() { Destroy(); }
+
+bool MainWindow::Notify(DWORD action, int icon, TextView tip) {
+  NOTIFYICONDATAW data{};
+  data.cbSize = sizeof(data);
+  data.hWnd = hwnd();
+  data.uID = kTrayId;
+  if (action != NIM_DELETE) {
+    data.uFlags = NIF_MESSAGE | NIF_ICON | NIF_TIP;
+    data.uCallbackMessage = frmMain::kTrayCallbackMessage;
+    HICON small = nullptr;
+    LoadIconMetric(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(icon), LIM_SMALL, &small);
+    data.hIcon = small;
+    // The tip field holds 64 characters, its terminating NUL included.
+    Text clipped(tip.substr(0, 63));
+    wcsncpy(data.szTip, W(clipped), 63);
+    if (action == NIM_ADD) {
+      // The tray image is also the window's own icon.
+      HICON large = nullptr;
+      LoadIconMetric(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(icon), LIM_LARGE, &large);
+      SendMessageW(hwnd(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(large));
+      if (windowIcon_) DestroyIcon(windowIcon_);
+      windowIcon_ = large;
+    }
+  }
+  BOOL done = Shell_NotifyIconW(action, &data);
+  if (data.hIcon) DestroyIcon(data.hIcon);
+  return done;
+}
+
+// The results are not checked: without a notification area the program runs on without an icon.
+void MainWindow::Add(int icon, TextView tip) {
+  trayIcon_ = icon;
+  trayTip_ = Text(tip);
+  Notify(NIM_ADD, icon, tip);
+  trayShown_ = true;
+}
+
+void MainWindow::Modify(int icon, TextView tip) {
+  trayIcon_ = icon;
+  trayTip_ = Text(tip);
+  Notify(NIM_MODIFY, icon, tip);
+}
+
+void MainWindow::Delete() {
+  Notify(NIM_DELETE, 0, u"");
+  trayShown_ = false;
+}
+
+MsgResult MainWindow::Show(TextView text, TextView title, MsgIcon icon, MsgButtons buttons) {
+  UINT flags = buttons == MsgButtons::YesNo ? MB_YESNO : MB_OK;
+  switch (icon) {
+    case MsgIcon::Exclamation: flags |= MB_ICONEXCLAMATION; break;
+    case MsgIcon::Critical: flags |= MB_ICONHAND; break;
+    case MsgIcon::Question: flags |= MB_ICONQUESTION; break;
+    case MsgIcon::Information: flags |= MB_ICONINFORMATION; break;
+    case MsgIcon::None: break;
+  }
+  // A tray program has no window in front: the box comes to the front by itself.
+  Text t(text), c(title);
+  int result = MessageBoxW(nullptr, W(t), W(c), flags | MB_SETFOREGROUND | MB_TOPMOST);
+  if (result == IDYES) return MsgResult::Yes;
+  if (result == IDNO) return MsgResult::No;
+  return MsgResult::Ok;
+}
+
+LRESULT MainWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (menus_) {
+    LRESULT handled = 0;
+    if (menus_->HandleMenuMessage(hwnd(), message, wParam, lParam, handled)) return handled;
+  }
+  if (message == frmMain::kTrayCallbackMessage) {
+    // The icon's notifications carry the mouse message that happened on it.
+    if (main_) main_->OnTrayNotify(static_cast<uint32_t>(LOWORD(lParam)));
+    return 0;
+  }
+  if (message == taskbarCreated_ && taskbarCreated_ != 0) {
+    // The shell restarted: the icon has to be added again.
+    if (trayShown_) Notify(NIM_ADD, trayIcon_, trayTip_);
+    return 0;
+  }
+  switch (message) {
+    case kReadyMessage:
+      if (onReady) onReady();
+      return 0;
+    case WM_QUERYENDSESSION:
+      return TRUE;
+    case WM_ENDSESSION:
+      // The session ending counts as the program's own exit.
+      if (wParam && main_ && !main_->Unloaded()) main_->mnuExit_Click();
+      return 0;
+    case WM_CLOSE:
+      if (main_ && !main_->Unloaded()) {
+        main_->mnuExit_Click();
+      } else {
+        Destroy();
+      }
+      return 0;
+    case WM_DESTROY:
+      PostQuitMessage(0);
+      return 0;
+    default:
+      return Default(message, wParam, lParam);
+  }
+}
+
+}  // namespace mq::win32

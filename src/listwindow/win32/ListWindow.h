@@ -1,0 +1,52 @@
+// The clip list window ("Clip List"): a borderless window whose list box lstClip shows the
+// queue, with the hidden rich-text box rtbFormat and the fader.
+#pragma once
+
+#include <memory>
+
+#include "clipboard/win32/RichEditBox.h"
+#include "listwindow/frmList.h"
+#include "listwindow/win32/Fader.h"
+#include "platform/win32/Window.h"
+
+namespace mq::win32 {
+
+class ListWindow final : public Window, public ListWindowView, public ListObserver {
+ public:
+  // ending: the program-ending flag; until it is set the window refuses to close.
+  ListWindow(frmList& model, const bool& ending, bool layeredWindows);
+  ~ListWindow() override;
+
+  bool CreateHidden();
+  RichEditBox& rtbFormat() { return *rtbFormat_; }
+  HWND lstClip() const { return list_; }
+
+  // ListWindowView
+  void Show(bool fade) override;
+  void Hide(bool fade) override;
+  void StateChanged() override;
+
+  // ListObserver: the list box mirrors the model.
+  void RowInserted(int index, const ListRow& row) override;
+  void RowRemoved(int index) override;
+  void RowChanged(int index, const ListRow& row) override;
+  void Cleared() override;
+  void ListIndexChanged(int index) override;
+
+ private:
+  LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+  void Layout();
+  void UpdateFont();
+  void Paint();
+
+  frmList& model_;
+  const bool& ending_;
+  bool layered_;
+  HWND list_ = nullptr;
+  HFONT font_ = nullptr;
+  UINT dpi_ = 96;
+  std::unique_ptr<RichEditBox> rtbFormat_;
+  Fader fader_;
+};
+
+}  // namespace mq::win32

@@ -1,0 +1,101 @@
+#include "Apps.h"
+
+namespace e2e {
+
+namespace {
+struct TopOf {
+  DWORD pid;
+  HWND found = nullptr;
+};
+
+BOOL CALLBACK FindVisibleTop(HWND hwnd, LPARAM param) {
+  auto* s = reinterpret_cast<TopOf*>(param);
+  DWORD pid = 0;
+  GetWindowThreadProcessId(hwnd, &pid);
+  if (pid == s->pid && IsWindowVisible(hwnd) && GetWindow(hwnd, GW_OWNER) == nullptr) {
+    s->found = hwnd;
+    return FALSE;
+  }
+  return TRUE;
+}
+}  // namespace
+
+Editor::~Editor() {
+  if (process_) {
+    TerminateProcess(process_, 0);
+    WaitForSingleObject(process_, 5000);
+    CloseHandle(process_);
+  }
+}
+
+bool Editor::Start() {
+  wchar_t windows[MAX_PATH];
+  GetWindowsDirectoryW(windows, MAX_PATH);
+  std::wstring exe = kind_ == Kind::Notepad
+                         ? std::wstring(windows) + L"\\notepad.exe"
+                         : std::wstring(L"C:\\Program Files\\Windows NT\\Accessories\\wordpad.exe");
+  STARTUPINFOW si{};
+  si.cb = sizeof(si);
+  PROCESS_INFORMATION pi{};
+  std::wstring command = L"\"" + exe + L"\"";
+  if (!CreateProcessW(exe.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                      &si, &pi))
+    return false;
+  CloseHandle(pi.hThread);
+  process_ = pi.hProcess;
+  pid_ = pi.dwProcessId;
+  WaitForInputIdle(process_, 10000);
+  TopOf search{pid_};
+  WaitFor([&] {
+    search.found = nullptr;
+    EnumWindows(FindVisibleTop, reinterpret_cast<LPARAM>(&search));
+    return search.found != nullptr;
+  }, 20s);
+  window_ = search.found;
+  if (!window_) return false;
+  const wchar_t* editClass = kind_ == Kind::Notepad ? L"Edit" : L"RICHEDIT50W";
+  WaitFor([&] { return (edit_ = FindWindowExW(window_, nullptr, editClass, nullptr)) != nullptr; },
+          10s);
+  if (!edit_ && kind_ == Kind::Wordpad)
+    edit_ = FindWindowExW(window_, nullptr, L"RichEdit20W", nullptr);
+  return edit_ != nullptr;
+}
+
+bool Editor::Focus() {
+  for (int attempt = 0; attempt < 20; ++attempt) {
+    ShowWindow(window_, SW_RESTORE);
+    SetForegroundWindow(window_);
+    Pump(100ms);
+    GUITHREADINFO info{};
+    info.cbSize = sizeof(info);
+    DWORD thread = GetWindowThreadProcessId(window_, nullptr);
+    if (GetForegroundWindow() == window_ && GetGUIThreadInfo(thread, &info) &&
+        info.hwndFocus == edit_)
+      return true;
+  }
+  return GetForegroundWindow() == window_;
+}
+
+std::wstring Editor::Text() const {
+  LRESULT len = SendMessageW(edit_, WM_GETTEXTLENGTH, 0, 0);
+  std::wstring text(static_cast<size_t>(len) + 1, L'\0');
+  LRESULT got = SendMessageW(edit_, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
+  text.resize(static_cast<size_t>(got));
+  return text;
+}
+
+void Editor::SetText(const std::wstring& text) {
+  SendMessageW(edit_, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
+}
+
+void Editor::SelectAllAndCopy() {
+  SendMessageW(edit_, EM_SETSEL, 0, -1);
+  Pump(50ms);
+  CtrlTap('C');
+}
+
+bool WaitForClipboardText(const std::wstring& text, Duration timeout) {
+  return WaitFor([&] { return ClipboardText() == text; }, timeout, 50ms);
+}
+
+}  // namespace e2e

@@ -1,0 +1,97 @@
+// Drives the real marquill.exe from outside, as a user and the shell would: prepared settings,
+// start and wait until ready, find windows and message boxes, read and press them, send
+// keystrokes, read settings afterwards.
+#pragma once
+
+#include <windows.h>
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace e2e {
+
+using namespace std::chrono_literals;
+using Duration = std::chrono::milliseconds;
+
+// Polls until the condition holds or the timeout passes; returns the last result.
+bool WaitFor(const std::function<bool()>& condition, Duration timeout = 10s, Duration poll = 20ms);
+// Pumps this thread's messages for a while (windows of the test itself stay responsive).
+void Pump(Duration duration);
+
+// The folder of the test program; marquill.exe is built beside it.
+std::wstring ProgramFolder();
+std::wstring MarquillPath();
+
+// ---- Settings (HKCU\Software\Olvenar\marquill) ----------------------------------------
+using Values = std::map<std::wstring, std::wstring>;
+void ClearSettings();
+void WriteSettings(const Values& values);
+Values ReadSettings();
+std::optional<std::wstring> ReadSetting(const std::wstring& key);
+// True when this runs under Wine, where the settings live in a private prefix.
+bool RunningUnderWine();
+
+// ---- The program ------------------------------------------------------------------------
+class Marquill {
+ public:
+  Marquill() = default;
+  ~Marquill();  // ends a copy that is still running
+  Marquill(const Marquill&) = delete;
+  Marquill& operator=(const Marquill&) = delete;
+
+  bool Start(const std::wstring& exe = MarquillPath());
+  // Waits for the program's own ready signal: start-up done, message loop running.
+  bool WaitReady(Duration timeout = 30s);
+  bool Running() const;
+  bool WaitExit(Duration timeout = 15s);
+  DWORD ExitCode() const;
+  DWORD Pid() const { return pid_; }
+  // The hidden main window (class "MarquillMain").
+  HWND MainWindow() const;
+  // Asks the program to end as the shell's close does, and waits for it.
+  bool Close(Duration timeout = 15s);
+  // The tray icon's callback, as the shell sends it (posted: a menu may open).
+  void TrayClick(UINT mouseMessage) const;
+
+ private:
+  HANDLE process_ = nullptr;
+  DWORD pid_ = 0;
+};
+
+// ---- Windows ----------------------------------------------------------------------------
+// A visible or hidden top-level window with this title (and class, when given), of any
+// process, or of the given process only.
+HWND FindTopWindow(const std::wstring& title, const wchar_t* className = nullptr, DWORD pid = 0);
+HWND WaitForTopWindow(const std::wstring& title, Duration timeout = 10s,
+                      const wchar_t* className = nullptr, DWORD pid = 0);
+std::wstring WindowText(HWND hwnd);
+bool IsShown(HWND hwnd);
+
+// Message boxes: the dialog class "#32770".
+HWND WaitForMessageBox(const std::wstring& title, Duration timeout = 15s, DWORD pid = 0);
+std::wstring MessageBoxText(HWND box);
+// Presses a button by its command id (IDOK, IDYES, IDNO, ...).
+bool PressButton(HWND box, int id);
+// Every message box of a process that is open now.
+std::vector<HWND> MessageBoxesOf(DWORD pid);
+
+// List boxes of another process.
+std::vector<std::wstring> ListBoxRows(HWND listBox);
+HWND FindChild(HWND parent, const wchar_t* className);
+
+// ---- Input and clipboard ------------------------------------------------------------------
+void KeyDown(WORD vk);
+void KeyUp(WORD vk);
+void Tap(WORD vk);
+// Ctrl held around a key tap.
+void CtrlTap(WORD vk);
+bool IsKeyDown(WORD vk);
+
+bool SetClipboardText(const std::wstring& text);
+std::optional<std::wstring> ClipboardText();
+
+}  // namespace e2e
