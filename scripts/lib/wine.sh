@@ -48,3 +48,14 @@ wine_session_stop() {
 wine_screenshot() {
   xwd -root -silent -display "$DISPLAY" | convert xwd:- "$1"
 }
+
+# The Unix process id of a Windows program running in this session's prefix.
+wine_unix_pid() {
+  local name=$1 p
+  for p in /proc/[0-9]*; do
+    tr '\0' ' ' <"$p/cmdline" 2>/dev/null | grep -qi "$name" || continue
+    tr '\0' '\n' <"$p/environ" 2>/dev/null | grep -qx "WINEPREFIX=$WINEPREFIX" || continue
+    basename "$p"
+    return
+  done
+}

@@ -45,8 +45,12 @@ bool RichCaseChange(RichTextBox& box, int16_t code, const CaseMapper& cases, Byt
   if (!box.LoadRtf(rtf)) return false;
   Text plain = box.PlainText();
   Text changed = ApplyCaseOp(code, plain, cases);
-  if (changed != plain) box.SetPlainText(changed);
-  rtf = box.Rtf();
+  // Unchanged text keeps the document exactly as it came, formatting and all, and saves
+  // writing it out again.
+  if (changed != plain) {
+    box.SetPlainText(changed);
+    rtf = box.Rtf();
+  }
   if (plainOut) *plainOut = std::move(changed);
   return true;
 }

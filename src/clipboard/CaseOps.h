@@ -18,7 +18,7 @@ Text ApplyCaseOp(int16_t code, TextView text, const CaseMapper& cases);
 
 // The rich-text case change through the rich-text box: load, take the plain text, write its
 // case-changed form back over the whole content, read the rich text. When the case operation
-// leaves the text as it is, the loaded document is kept as loaded so its formatting survives.
+// leaves the text as it is, the document is kept exactly as it came, so its formatting survives.
 // Returns false (and leaves rtf alone) when the box cannot load the document.
 bool RichCaseChange(RichTextBox& box, int16_t code, const CaseMapper& cases, Bytes& rtf,
                     Text* plainOut = nullptr);
