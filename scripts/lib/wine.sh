@@ -53,8 +53,9 @@ wine_screenshot() {
 wine_unix_pid() {
   local name=$1 p
   for p in /proc/[0-9]*; do
-    tr '\0' ' ' <"$p/cmdline" 2>/dev/null | grep -qi "$name" || continue
-    tr '\0' '\n' <"$p/environ" 2>/dev/null | grep -qx "WINEPREFIX=$WINEPREFIX" || continue
+    # The program itself, not a process that merely names it among its arguments.
+    tr '\0' '\n' 2>/dev/null <"$p/cmdline" | head -1 | grep -qi "$name\$" || continue
+    tr '\0' '\n' 2>/dev/null <"$p/environ" | grep -qx "WINEPREFIX=$WINEPREFIX" || continue
     basename "$p"
     return
   done
