@@ -1,0 +1,78 @@
+// Drives a running marquill.exe for screenshots, as the shell and a user would:
+//   tray_poke menu      the tray icon's left button: the tray menu at the mouse position
+//   tray_poke case      the tray menu with its CaseChange submenu open
+//   tray_poke hotkey N  CTRL+N (N a digit)
+//   tray_poke close     closes open menus
+// Returns 0 when what was asked for is on screen.
+#include <windows.h>
+
+#include <cwchar>
+
+namespace {
+
+int MenuWindows() {
+  int count = 0;
+  for (HWND w = FindWindowExW(nullptr, nullptr, L"#32768", nullptr); w;
+       w = FindWindowExW(nullptr, w, L"#32768", nullptr))
+    count += IsWindowVisible(w) ? 1 : 0;
+  return count;
+}
+
+void Key(WORD vk, bool up) {
+  INPUT input{};
+  input.type = INPUT_KEYBOARD;
+  input.ki.wVk = vk;
+  input.ki.dwFlags = up ? KEYEVENTF_KEYUP : 0;
+  SendInput(1, &input, sizeof(input));
+}
+
+void Tap(WORD vk) {
+  Key(vk, false);
+  Key(vk, true);
+  Sleep(120);
+}
+
+bool WaitMenus(int count) {
+  for (int i = 0; i < 50; ++i) {
+    if (MenuWindows() >= count) return true;
+    Sleep(50);
+  }
+  return false;
+}
+
+}  // namespace
+
+int wmain(int argc, wchar_t** argv) {
+  if (argc < 2) return 2;
+  HWND main = FindWindowW(L"MarquillMain", nullptr);
+  if (!main) {
+    fwprintf(stderr, L"marquill.exe is not running\n");
+    return 1;
+  }
+  if (!wcscmp(argv[1], L"menu") || !wcscmp(argv[1], L"case")) {
+    // The menu opens at the mouse, as after a click on the icon near the screen's corner.
+    SetCursorPos(GetSystemMetrics(SM_CXSCREEN) * 2 / 3, GetSystemMetrics(SM_CYSCREEN) - 60);
+    PostMessageW(main, WM_LBUTTONDOWN, 1, WM_LBUTTONDOWN);
+    if (!WaitMenus(1)) return 1;
+    if (!wcscmp(argv[1], L"case")) {
+      // Walk down the items until one opens a submenu: that is CaseChange.
+      for (int i = 0; i < 14 && MenuWindows() < 2; ++i) {
+        Tap(VK_DOWN);
+        Tap(VK_RIGHT);
+      }
+      if (!WaitMenus(2)) return 1;
+    }
+    return 0;
+  }
+  if (!wcscmp(argv[1], L"hotkey") && argc > 2) {
+    Key(VK_CONTROL, false);
+    Tap(static_cast<WORD>(argv[2][0]));
+    Key(VK_CONTROL, true);
+    return 0;
+  }
+  if (!wcscmp(argv[1], L"close")) {
+    for (int i = 0; i < 3 && MenuWindows() > 0; ++i) Tap(VK_ESCAPE);
+    return MenuWindows() == 0 ? 0 : 1;
+  }
+  return 2;
+}
