@@ -3,7 +3,9 @@
 #include <array>
 #include <bit>
 #include <cstdint>
+#include <cstddef>
 #include <cstring>
+#include <algorithm>
 #include <limits>
 #include <vector>
 
@@ -124,16 +126,25 @@ uint8_t* PackData(const uint8_t* in, const uint8_t* end, uint8_t* out,
 
 // ---- Decoder --------------------------------------------------------------------------
 
-// Lookup table on the next kTableBits bits. An entry holds one or two whole symbols:
-//   bits 0-15 the symbols (stored together), 16-23 bits used by all of them,
-//   24-27 the first symbol's length, 28-29 how many symbols (0 = not a plain entry).
-// Codes longer than kTableBits (rare: they belong to the rarest values) take the slow path.
+// Lookup tables on the next kTableBits bits. A pair entry holds one or two whole symbols
+// (the second when both codes fit the table's width); a single entry holds the first only.
+// count 0 means the code is longer than the table (rare: the rarest values) or leads to a
+// missing child: the tree walk decides which.
 constexpr int kTableBits = 11;
 constexpr uint32_t kTableSize = 1u << kTableBits;
 constexpr uint32_t kTableMask = kTableSize - 1;
-constexpr uint32_t kSlow = 0x0000FFFEu;     // code longer than the table: walk the tree
-constexpr uint32_t kInvalid = 0x0000FFFFu;  // the bits lead to a missing child
-constexpr uint32_t kOneSymbol = 1u << 28;
+
+struct Entry {
+  uint16_t symbols;  // first in the low byte, as they are stored
+  uint8_t bits;      // bits used by all of them
+  uint8_t count;
+};
+static_assert(sizeof(Entry) == 4);
+
+struct Tables {
+  std::array<Entry, kTableSize> single;
+  std::array<Entry, kTableSize> pair;
+};
 
 struct Tree {
   std::array<std::array<int16_t, 2>, clsHuffman::kMaxNodes> child;
@@ -160,40 +171,29 @@ class BitSource {
   size_t size_;
 };
 
-void FillSingle(const Tree& t, int node, int depth, uint32_t path, std::vector<uint32_t>& s) {
+void FillSingle(const Tree& t, int node, int depth, uint32_t path, Tables& tables) {
   if (t.value[node] >= 0) {
-    for (uint32_t i = path; i < kTableSize; i += 1u << depth)
-      s[i] = static_cast<uint32_t>(t.value[node]) | (static_cast<uint32_t>(depth) << 24) |
-             kOneSymbol;
+    const Entry e{static_cast<uint16_t>(t.value[node]), static_cast<uint8_t>(depth), 1};
+    for (uint32_t i = path; i < kTableSize; i += 1u << depth) tables.single[i] = e;
     return;
   }
-  if (depth == kTableBits) {
-    s[path] = kSlow;
-    return;
-  }
+  if (depth == kTableBits) return;  // longer code: stays a count-0 entry
   for (int bit = 0; bit < 2; ++bit)
     if (t.child[node][bit] >= 0)
-      FillSingle(t, t.child[node][bit], depth + 1, path | (uint32_t(bit) << depth), s);
+      FillSingle(t, t.child[node][bit], depth + 1, path | (uint32_t(bit) << depth), tables);
 }
 
-std::vector<uint32_t> BuildTable(const Tree& t) {
-  std::vector<uint32_t> single(kTableSize, kInvalid);
-  FillSingle(t, 0, 0, 0, single);
-  std::vector<uint32_t> table(kTableSize);
+void BuildTables(const Tree& t, Tables& tables) {
+  tables.single.fill(Entry{0, 0, 0});
+  FillSingle(t, 0, 0, 0, tables);
   for (uint32_t i = 0; i < kTableSize; ++i) {
-    uint32_t s = single[i];
-    if (s < kOneSymbol) { table[i] = s; continue; }
-    uint32_t len1 = (s >> 24) & 0xF;
-    uint32_t s2 = single[i >> len1];
-    uint32_t len2 = (s2 >> 24) & 0xF;
-    if (s2 >= kOneSymbol && len1 + len2 <= kTableBits) {
-      table[i] = (s & 0xFF) | ((s2 & 0xFF) << 8) | ((len1 + len2) << 16) | (len1 << 24) |
-                 (2u << 28);
-    } else {
-      table[i] = (s & 0xFF) | (len1 << 16) | (len1 << 24) | kOneSymbol;
-    }
+    const Entry first = tables.single[i];
+    const Entry second = tables.single[i >> first.bits];
+    const bool both = first.count && second.count && first.bits + second.bits <= kTableBits;
+    tables.pair[i] = both ? Entry{static_cast<uint16_t>(first.symbols | second.symbols << 8),
+                                  static_cast<uint8_t>(first.bits + second.bits), 2}
+                          : first;
   }
-  return table;
 }
 
 // Walks the tree bit by bit from pos; -1 when the data ends first or a child is missing.
@@ -210,61 +210,47 @@ int WalkTree(const Tree& t, const BitSource& src, uint64_t& pos) {
 
 bool DecodeData(const Tree& t, const uint8_t* data, size_t size, uint8_t* out,
                 uint8_t* outEnd) {
-  const std::vector<uint32_t> table = BuildTable(t);
-  const uint32_t* tab = table.data();
+  Tables tables;
+  BuildTables(t, tables);
+  const Entry* pair = tables.pair.data();
   const BitSource src(data, size);
-  const uint8_t* in = data;
-  const uint8_t* inEnd = data + size;
-  uint64_t bits = 0;
-  unsigned avail = 0;
-  // Fast loop: after a refill at least 56 bits are buffered, enough for five entries of
-  // up to 11 bits; each entry writes at most two bytes.
-  while (inEnd - in >= 8 && outEnd - out >= 10) {
-    bits |= Load64(in) << avail;
-    in += (63 - avail) >> 3;
-    avail |= 56;
+  uint64_t pos = 0;
+  // Fast loop: 56 bits from the input with a marker bit above them; five entries of at
+  // most 11 bits each fit, and the marker's final place tells how many bits they used.
+  // Each entry writes at most two bytes, so ten bytes of room are needed.
+  constexpr uint64_t kWindow = (uint64_t{1} << 56) - 1, kMarker = uint64_t{1} << 56;
+  const uint64_t posLimit = size >= 8 ? (uint64_t{size} - 7) * 8 : 0;  // 8 bytes readable
+  uint8_t* const outLimit = outEnd - std::min<ptrdiff_t>(outEnd - out, 10);
+  while (pos < posLimit && out < outLimit) {
+    uint64_t bits = ((Load64(data + (pos >> 3)) >> (pos & 7)) & kWindow) | kMarker;
     for (int k = 0; k < 5; ++k) {
-      uint32_t e = tab[bits & kTableMask];
-      if (e < kOneSymbol) {
-        if (e == kInvalid) return false;
-        uint64_t pos = static_cast<uint64_t>(in - data) * 8 - avail;
-        int v = WalkTree(t, src, pos);
-        if (v < 0) return false;
-        *out++ = static_cast<uint8_t>(v);
-        // Restart the buffer at the new position.
-        in = data + (pos >> 3);
-        if (in < inEnd) {
-          bits = *in++ >> (pos & 7);
-          avail = 8 - static_cast<unsigned>(pos & 7);
-        } else {
-          bits = 0;
-          avail = 0;
-        }
-        break;
-      }
-      Store16(out, e);
-      out += e >> 28;
-      unsigned used = (e >> 16) & 0xFF;
-      bits >>= used;
-      avail -= used;
+      const Entry e = pair[bits & kTableMask];
+      Store16(out, e.symbols);
+      out += e.count;
+      bits >>= e.bits;
+    }
+    // The marker is still in bits, which are therefore never 0.
+    pos += static_cast<uint64_t>(__builtin_clzll(bits) - 7);
+    // A count-0 entry uses no bits, so once hit it repeats to the end of the group.
+    if (pair[bits & kTableMask].count == 0) {
+      const int v = WalkTree(t, src, pos);
+      if (v < 0) return false;
+      *out++ = static_cast<uint8_t>(v);
     }
   }
   // Tail: one symbol at a time with every bound checked.
-  uint64_t pos = static_cast<uint64_t>(in - data) * 8 - avail;
   const uint64_t total = src.TotalBits();
   while (out < outEnd) {
-    uint32_t e = tab[src.Peek(pos)];
-    if (e < kOneSymbol) {
-      if (e == kInvalid) return false;
-      int v = WalkTree(t, src, pos);
+    const Entry e = tables.single[src.Peek(pos)];
+    if (e.count == 0) {
+      const int v = WalkTree(t, src, pos);
       if (v < 0) return false;
       *out++ = static_cast<uint8_t>(v);
       continue;
     }
-    uint32_t len1 = (e >> 24) & 0xF;
-    if (pos + len1 > total) return false;
-    *out++ = static_cast<uint8_t>(e);
-    pos += len1;
+    if (pos + e.bits > total) return false;
+    *out++ = static_cast<uint8_t>(e.symbols);
+    pos += e.bits;
   }
   return true;
 }

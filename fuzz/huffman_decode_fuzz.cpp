@@ -1,0 +1,23 @@
+// The Huffman decoder on arbitrary bytes: it must never crash or hang, must accept exactly
+// what the literal tree walk accepts with the same result, and whatever it decodes (and
+// the raw input itself) must survive an encode/decode round trip.
+#include <cstdint>
+#include <cstdlib>
+
+#include "../tests/native/listfiles/ReferenceHuffman.h"
+#include "listfiles/clsHuffman.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  const std::string_view input(reinterpret_cast<const char*>(data), size);
+  mq::Bytes fast, slow;
+  const bool fastOk = mq::clsHuffman::Decode(input, fast);
+  const bool slowOk = mq::test::ReferenceDecode(input, slow);
+  if (fastOk != slowOk || fast != slow) std::abort();
+
+  mq::Bytes again;
+  if (fastOk && (!mq::clsHuffman::Decode(mq::clsHuffman::Encode(fast), again) || again != fast))
+    std::abort();
+  if (!mq::clsHuffman::Decode(mq::clsHuffman::Encode(input), again) || again != input)
+    std::abort();
+  return 0;
+}
