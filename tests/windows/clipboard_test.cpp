@@ -331,8 +331,9 @@ TEST(RichEditBoxTest, ReplacedPlainTextComesBackAsRtf) {
   EXPECT_EQ(box.PlainText(), upper);
   Bytes rtf = box.Rtf();
   ASSERT_EQ(rtf.rfind("{\\rtf", 0), 0u) << rtf;
-  // The whole text takes the formatting at the start: the bold of "Hello".
+  // The whole text takes the formatting at the start: the bold of "Hello", in Arial.
   EXPECT_NE(rtf.find("\\b"), Bytes::npos) << rtf;
+  EXPECT_NE(rtf.find("Arial"), Bytes::npos) << rtf;
 
   RichEditBox other;
   ASSERT_TRUE(other.LoadRtf(rtf));
@@ -368,9 +369,16 @@ TEST(RichEditBoxTest, AMegabyteOfText) {
   EXPECT_EQ(box.PlainText(), big) << "nothing cut at the default limit";
   Bytes rtf = box.Rtf();
   EXPECT_GT(rtf.size(), big.size());
+  // Replacing a long content with another long one, as a case change of a long clip does.
+  ASSERT_TRUE(box.LoadRtf(rtf));
+  EXPECT_EQ(box.PlainText(), big);
+  Text upper = big;
+  for (auto& c : upper) c = (c >= u'a' && c <= u'z') ? c - 32 : c;
+  box.SetPlainText(upper);
+  EXPECT_EQ(box.PlainText(), upper);
   RichEditBox other;
-  ASSERT_TRUE(other.LoadRtf(rtf));
-  EXPECT_EQ(other.PlainText(), big);
+  ASSERT_TRUE(other.LoadRtf(box.Rtf()));
+  EXPECT_EQ(other.PlainText(), upper);
 }
 
 TEST(RichEditBoxTest, LivesInsideAParentWindow) {
@@ -383,6 +391,9 @@ TEST(RichEditBoxTest, LivesInsideAParentWindow) {
   EXPECT_FALSE(IsWindowVisible(box.Handle()));
   ASSERT_TRUE(box.LoadRtf(kRtf));
   EXPECT_EQ(box.PlainText().substr(0, 11), u"Hello World");
+  box.SetPlainText(u"HELLO");  // a fresh control, still inside the same parent
+  EXPECT_EQ(GetParent(box.Handle()), parent.Get());
+  EXPECT_EQ(box.PlainText(), u"HELLO");
 }
 
 // ---- small ports -----------------------------------------------------------------------

@@ -73,23 +73,27 @@ bool LooksLikeRtf(std::string_view rtf) {
 
 }  // namespace
 
-RichEditBox::RichEditBox(HWND parent) {
+RichEditBox::RichEditBox(HWND parent) : parent_(parent) { Renew(); }
+
+void RichEditBox::Renew() {
+  box_.Reset();
   const wchar_t* cls = RichEditClass();
   if (!cls) return;
   DWORD style = WS_CHILD | ES_MULTILINE | ES_AUTOVSCROLL | ES_NOHIDESEL;
-  box_.Reset(CreateWindowExW(0, cls, L"", style, 0, 0, 400, 300, parent ? parent : HWND_MESSAGE,
+  box_.Reset(CreateWindowExW(0, cls, L"", style, 0, 0, 400, 300, parent_ ? parent_ : HWND_MESSAGE,
                              nullptr, GetModuleHandleW(nullptr), nullptr));
   if (!box_) return;
   // The default limit (32,767 characters) would cut long clips; undo only costs memory here.
   SendMessageW(box_.Get(), EM_EXLIMITTEXT, 0, 0x7FFFFFFE);
   SendMessageW(box_.Get(), EM_SETUNDOLIMIT, 0, 0);
-  // No wrapping: a never-shown box needs no line layout, which is slow on long texts.
+  // No wrapping: a never-shown box needs no line layout.
   SendMessageW(box_.Get(), EM_SETTARGETDEVICE, 0, 1);
 }
 
 bool RichEditBox::LoadRtf(std::string_view rtf) {
-  if (!box_ || !LooksLikeRtf(rtf)) return false;
-  return StreamIn(box_.Get(), SF_RTF, rtf.data(), rtf.size());
+  if (!LooksLikeRtf(rtf)) return false;
+  Renew();
+  return box_ && StreamIn(box_.Get(), SF_RTF, rtf.data(), rtf.size());
 }
 
 Text RichEditBox::PlainText() {
@@ -109,10 +113,23 @@ Text RichEditBox::PlainText() {
 
 void RichEditBox::SetPlainText(TextView text) {
   if (!box_) return;
-  // Streamed as text into a whole-content selection: the new text takes the formatting at
-  // the start, and a text that happens to begin with "{\rtf" is not read as rich text (as
-  // WM_SETTEXT and EM_SETTEXTEX would).
-  SendMessageW(box_.Get(), EM_SETSEL, 0, -1);
+  // The new text takes the formatting at the start of the old content: its first
+  // character's and its first paragraph's.
+  SendMessageW(box_.Get(), EM_SETSEL, 0, 0);
+  CHARFORMAT2W chars{};
+  chars.cbSize = sizeof(chars);
+  SendMessageW(box_.Get(), EM_GETCHARFORMAT, SCF_SELECTION, reinterpret_cast<LPARAM>(&chars));
+  PARAFORMAT2 para{};
+  para.cbSize = sizeof(para);
+  SendMessageW(box_.Get(), EM_GETPARAFORMAT, 0, reinterpret_cast<LPARAM>(&para));
+
+  Renew();
+  if (!box_) return;
+  SendMessageW(box_.Get(), EM_SETCHARFORMAT, SCF_DEFAULT, reinterpret_cast<LPARAM>(&chars));
+  SendMessageW(box_.Get(), EM_SETCHARFORMAT, SCF_ALL, reinterpret_cast<LPARAM>(&chars));
+  SendMessageW(box_.Get(), EM_SETPARAFORMAT, 0, reinterpret_cast<LPARAM>(&para));
+  // Streamed as text: a text that happens to begin with "{\rtf" is not read as rich text
+  // (as WM_SETTEXT and EM_SETTEXTEX would do).
   StreamIn(box_.Get(), SF_TEXT | SF_UNICODE | SFF_SELECTION, text.data(),
            text.size() * sizeof(char16_t));
 }
@@ -125,8 +142,6 @@ Bytes RichEditBox::Rtf() {
   return out;
 }
 
-void RichEditBox::Clear() {
-  if (box_) SetWindowTextW(box_.Get(), L"");
-}
+void RichEditBox::Clear() { Renew(); }
 
 }  // namespace mq::win32

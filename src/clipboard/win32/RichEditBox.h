@@ -1,5 +1,10 @@
 // The never-shown rich-text box (rtbFormat) on the platform's rich edit control: msftedit's
 // RICHEDIT50W where present, riched20's RichEdit20W otherwise.
+//
+// Every replacement of the whole content (LoadRtf, SetPlainText, Clear) starts from a fresh
+// control instead of deleting the old text: Wine: deleting a long text takes time quadratic
+// in its paragraphs (a 1 MB text took over a minute), while a new control costs a few ms.
+// Handle() therefore changes with each of them.
 #pragma once
 
 #include <windows.h>
@@ -21,11 +26,15 @@ class RichEditBox final : public RichTextBox {
   bool LoadRtf(std::string_view rtf) override;
   // Paragraph ends come back as CR LF, as on the clipboard.
   Text PlainText() override;
+  // Takes the character and paragraph formatting found at the start of the old content.
   void SetPlainText(TextView text) override;
   Bytes Rtf() override;
   void Clear() override;
 
  private:
+  void Renew();  // a fresh, empty control in place of the old one
+
+  HWND parent_;
   UniqueWindow box_;
 };
 
