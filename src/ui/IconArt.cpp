@@ -280,6 +280,14 @@ Image RenderCheckMark(int size, uint32_t rrggbb) {
   return canvas.ToImage();
 }
 
+Image RenderSubmenuArrow(int size, uint32_t rrggbb) {
+  const double s = size;
+  Canvas canvas(size, size);
+  canvas.Fill(Polygon({{s * 0.38, s * 0.24}, {s * 0.68, s * 0.5}, {s * 0.38, s * 0.76}}),
+              Solid(Rgb(rrggbb)));
+  return canvas.ToImage();
+}
+
 bool MenuImageArt(int n, Art& art) {
   static constexpr Art kArts[] = {Art::ClipEnabled, Art::ClipDisabled, Art::Settings, Art::About,
                                   Art::Exit,        Art::ClipList,     Art::Help};

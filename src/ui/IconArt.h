@@ -11,6 +11,14 @@
 
 namespace mq::art {
 
+// Icon resource numbers (as in res/resource.h); menu image "In" is kMenuImageFirst + n - 1.
+constexpr int kTrayEnabledIcon = 101;
+constexpr int kTrayDisabledIcon = 102;
+constexpr int kTrayEnabledClassicIcon = 103;
+constexpr int kTrayDisabledClassicIcon = 104;
+constexpr int kListWindowIcon = 105;
+constexpr int kMenuImageFirst = 201;
+
 enum class Art {
   ClipEnabled,   // blue paperclip: capturing is on
   ClipDisabled,  // grey paperclip with a red stop mark: capturing is off
@@ -28,6 +36,8 @@ Image Binarize(const Image& image);
 
 // The check mark of checked menu items, in the given 0xRRGGBB colour.
 Image RenderCheckMark(int size, uint32_t rrggbb);
+// The arrow of an item that opens a submenu, pointing right.
+Image RenderSubmenuArrow(int size, uint32_t rrggbb);
 
 // The art behind menu image token "In": I1..I7. False for any other number.
 bool MenuImageArt(int n, Art& art);

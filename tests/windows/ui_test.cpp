@@ -1,0 +1,371 @@
+// The owner-drawn menu engine, the icon resources and the notice window, in process.
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "app/win32/FlashWindow.h"
+#include "platform/MenuItem.h"
+#include "platform/win32/Gdi.h"
+#include "ui/IconArt.h"
+#include "ui/modMenus.h"
+#include "ui/win32/AlphaImage.h"
+#include "ui/win32/cMenuItems.h"
+
+namespace mq::win32 {
+namespace {
+
+// The tray menu's shape: sidebar, raised label, commands, separators, a submenu.
+struct Tray {
+  MenuItem root, side, label, enable, mode, bar3, list, bar1, format, opHead, opNo, opSt, opUC,
+      opLc, bar2, settings, help, about, exit;
+  MenuStyle style;
+  Tray() {
+    int id = 0;
+    auto set = [&id](MenuItem& m, const char16_t* caption, bool command) {
+      m.caption = caption;
+      m.commandId = command ? ++id : 0;
+    };
+    set(side, u"{Sidebar|Text:Marquill|Font:Tahoma|FSize:14|Bold|FColor:16777215|BColor:8405016"
+              u"|GColor:14063196|Width:24|Align:Bot}", false);
+    set(label, u"-{Raised}[ENABLED]", false);
+    set(enable, u"Disable Me{IMG:I1}", true);
+    set(mode, u"To Single Mode", true);
+    set(bar3, u"-", false);
+    set(list, u"Show Clip List{IMG:I6|DEFAULT}", true);
+    set(bar1, u"-", false);
+    set(format, u"Purge Formatting", true);
+    set(opHead, u"CaseChange (None)", false);
+    set(opNo, u"(No Change)", true);
+    set(opSt, u"Standardize", true);
+    set(opUC, u"UPPER CASE", true);
+    set(opLc, u"lower case", true);
+    set(bar2, u"-", false);
+    set(settings, u"Settings{IMG:I3}", true);
+    set(help, u"Help{IMG:I7}", true);
+    set(about, u"About{IMG:I4}", true);
+    set(exit, u"Exit{IMG:I5}", true);
+    opNo.checked = true;
+    opHead.items = {&opNo, &opSt, &opUC, &opLc};
+    root.items = {&side, &label, &enable, &mode, &bar3, &list, &bar1, &format, &opHead, &bar2,
+                  &settings, &help, &about, &exit};
+  }
+};
+
+bool PumpUntil(const std::function<bool()>& done, DWORD timeoutMs) {
+  const DWORD start = GetTickCount();
+  while (!done()) {
+    if (GetTickCount() - start > timeoutMs) return false;
+    MSG msg;
+    while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
+      TranslateMessage(&msg);
+      DispatchMessageW(&msg);
+    }
+    MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
+  }
+  return true;
+}
+
+TEST(cMenuItems, MeasuresScaleWithDpi) {
+  Tray tray;
+  cMenuItems menus(nullptr);
+  const auto at96 = menus.MeasureMenu(tray.root, tray.style, 96);
+  const auto at144 = menus.MeasureMenu(tray.root, tray.style, 144);
+  const auto at192 = menus.MeasureMenu(tray.root, tray.style, 192);
+  ASSERT_EQ(at96.size(), 13u);  // the sidebar is no item of its own
+  ASSERT_EQ(at144.size(), at96.size());
+  ASSERT_EQ(at192.size(), at96.size());
+  for (size_t i = 0; i < at96.size(); ++i) {
+    SCOPED_TRACE(i);
+    // Fonts do not scale exactly linearly; everything else does.
+    EXPECT_NEAR(at144[i].cy, at96[i].cy * 1.5, 2.5);
+    EXPECT_NEAR(at192[i].cy, at96[i].cy * 2.0, 3.0);
+    EXPECT_NEAR(at144[i].cx, at96[i].cx * 1.5, at96[i].cx * 0.08);
+    EXPECT_NEAR(at192[i].cx, at96[i].cx * 2.0, at96[i].cx * 0.10);
+  }
+  // A command row holds its image (16 px at 96 DPI, 32 at 192) with room to spare.
+  EXPECT_GE(at96[1].cy, 16 + 4);
+  EXPECT_GE(at192[1].cy, 32 + 8);
+  // Separators are thin, the raised label taller than a separator.
+  EXPECT_LT(at96[3].cy, at96[1].cy);
+  EXPECT_GT(at96[0].cy, at96[3].cy);
+}
+
+TEST(cMenuItems, DefaultBoldSidebarAcceleratorAndHiddenItems) {
+  MenuItem root, plain, dflt, hidden, accel, side;
+  plain.caption = u"Show Clip List{IMG:I6}";
+  dflt.caption = u"Show Clip List{IMG:I6|DEFAULT}";
+  hidden.caption = u"Never shown";
+  hidden.visible = false;
+  accel.caption = u"Show Clip List{IMG:I6}\tCtrl+L";
+  root.items = {&plain, &dflt, &hidden, &accel};
+  cMenuItems menus(nullptr);
+  MenuStyle style;
+  auto sizes = menus.MeasureMenu(root, style, 96);
+  ASSERT_EQ(sizes.size(), 3u);  // the hidden item is left out
+  EXPECT_GT(sizes[1].cx, sizes[0].cx);  // bold is wider
+  EXPECT_GT(sizes[2].cx, sizes[0].cx + 30);
+  EXPECT_EQ(sizes[1].cy, sizes[0].cy);
+
+  side.caption = modMenus::BuildSidebarCaption({});
+  root.items.insert(root.items.begin(), &side);
+  auto withSidebar = menus.MeasureMenu(root, style, 96);
+  ASSERT_EQ(withSidebar.size(), 3u);
+  for (size_t i = 0; i < 3; ++i) EXPECT_GE(withSidebar[i].cx - sizes[i].cx, 35);
+  // A sidebar that is switched off takes no room.
+  modMenus::SidebarOptions off;
+  off.sidebarDisabled = true;
+  side.caption = modMenus::BuildSidebarCaption(off);
+  auto withOff = menus.MeasureMenu(root, style, 96);
+  for (size_t i = 0; i < 3; ++i) EXPECT_EQ(withOff[i].cx, sizes[i].cx);
+}
+
+// Drives an open menu from inside its own loop: a timer posts the keys one by one and
+// records what the menu shows.
+struct MenuDriver {
+  static inline MenuDriver* current = nullptr;
+  HWND owner = nullptr;
+  std::vector<std::function<void()>> steps;
+  size_t next = 0;
+  int itemCount = -1;
+  int defaultItem = -2;
+  std::vector<UINT> states;  // GetMenuState of each item
+
+  static void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD) {
+    MenuDriver* d = current;
+    if (!d || d->next >= d->steps.size()) return;
+    if (d->next == 0) d->Inspect();
+    d->steps[d->next++]();
+  }
+  void Inspect() {
+    HWND popup = FindWindowW(L"#32768", nullptr);
+    auto menu = popup ? reinterpret_cast<HMENU>(SendMessageW(popup, MN_GETHMENU, 0, 0)) : nullptr;
+    if (!menu) return;
+    itemCount = GetMenuItemCount(menu);
+    defaultItem = static_cast<int>(GetMenuDefaultItem(menu, TRUE, 0));
+    for (int i = 0; i < itemCount; ++i) states.push_back(GetMenuState(menu, i, MF_BYPOSITION));
+  }
+  void Key(UINT vk) {
+    steps.push_back([this, vk] {
+      PostMessageW(owner, WM_KEYDOWN, vk, 1);
+      PostMessageW(owner, WM_KEYUP, vk, 0xC0000001);
+    });
+  }
+  void Char(wchar_t c) {
+    steps.push_back([this, c] { PostMessageW(owner, WM_CHAR, c, 1); });
+  }
+};
+
+class MenuOwner {
+ public:
+  explicit MenuOwner(cMenuItems& menus) {
+    menus_ = &menus;
+    WNDCLASSW wc{};
+    wc.lpfnWndProc = Proc;
+    wc.hInstance = GetModuleHandleW(nullptr);
+    wc.lpszClassName = L"UiTestMenuOwner";
+    RegisterClassW(&wc);
+    hwnd_ = CreateWindowExW(WS_EX_TOOLWINDOW, wc.lpszClassName, L"", WS_POPUP, 0, 0, 1, 1,
+                            nullptr, nullptr, wc.hInstance, nullptr);
+  }
+  ~MenuOwner() { DestroyWindow(hwnd_); }
+  HWND hwnd() const { return hwnd_; }
+
+  int Run(cMenuItems& menus, const MenuItem& root, const MenuStyle& style, MenuDriver& driver) {
+    driver.owner = hwnd_;
+    MenuDriver::current = &driver;
+    UINT_PTR timer = SetTimer(nullptr, 0, 150, &MenuDriver::Tick);
+    int chosen = menus.TrackPopup(hwnd_, root, style, POINT{120, 120});
+    KillTimer(nullptr, timer);
+    MenuDriver::current = nullptr;
+    return chosen;
+  }
+
+ private:
+  static LRESULT CALLBACK Proc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
+    LRESULT result = 0;
+    if (menus_ && menus_->HandleMenuMessage(hwnd, message, wParam, lParam, result)) return result;
+    return DefWindowProcW(hwnd, message, wParam, lParam);
+  }
+  static inline cMenuItems* menus_ = nullptr;
+  HWND hwnd_ = nullptr;
+};
+
+TEST(cMenuItems, TrackPopupReturnsTheChosenCommand) {
+  Tray tray;
+  cMenuItems menus(nullptr);
+  MenuOwner owner(menus);
+  ASSERT_TRUE(owner.hwnd());
+
+  // The raised label is never selected: two steps down land on the second command.
+  MenuDriver down;
+  down.Key(VK_DOWN);
+  down.Key(VK_DOWN);
+  down.Key(VK_RETURN);
+  EXPECT_EQ(owner.Run(menus, tray.root, tray.style, down), tray.mode.commandId);
+  EXPECT_EQ(down.itemCount, 13);
+  EXPECT_EQ(down.defaultItem, 4);  // "Show Clip List"
+  ASSERT_EQ(down.states.size(), 13u);
+  EXPECT_FALSE(down.states[6] & MF_GRAYED);  // "Purge Formatting"
+  EXPECT_TRUE(down.states[0] & MF_SEPARATOR);  // the raised label cannot be selected
+
+  MenuDriver escape;
+  escape.Key(VK_ESCAPE);
+  EXPECT_EQ(owner.Run(menus, tray.root, tray.style, escape), 0);
+
+  // Keys pick owner-drawn items by their first letter, in any case. (Letters that several
+  // items share select in turn on Windows; Wine ignores such a selection, so no test here.)
+  MenuDriver exitKey;
+  exitKey.Char(L'e');
+  EXPECT_EQ(owner.Run(menus, tray.root, tray.style, exitKey), tray.exit.commandId);
+  MenuDriver helpKey;
+  helpKey.Char(L'H');
+  EXPECT_EQ(owner.Run(menus, tray.root, tray.style, helpKey), tray.help.commandId);
+
+  // The case submenu opens by its letter; its second item is chosen.
+  MenuDriver sub;
+  sub.Char(L'c');
+  sub.Key(VK_DOWN);
+  sub.Key(VK_RETURN);
+  EXPECT_EQ(owner.Run(menus, tray.root, tray.style, sub), tray.opSt.commandId);
+
+  // Disabled items are shown greyed and skipped; hidden items are not there at all.
+  tray.format.enabled = false;
+  tray.opHead.enabled = false;
+  tray.list.visible = false;
+  tray.bar1.visible = false;
+  MenuDriver disabled;
+  disabled.Key(VK_UP);  // from the bottom: Exit
+  disabled.Key(VK_RETURN);
+  EXPECT_EQ(owner.Run(menus, tray.root, tray.style, disabled), tray.exit.commandId);
+  EXPECT_EQ(disabled.itemCount, 11);
+  EXPECT_EQ(disabled.defaultItem, -1);
+  ASSERT_EQ(disabled.states.size(), 11u);
+  EXPECT_TRUE(disabled.states[4] & MF_GRAYED);  // "Purge Formatting"
+  EXPECT_TRUE(disabled.states[5] & MF_GRAYED);  // "CaseChange (None)"
+  EXPECT_FALSE(disabled.states[1] & MF_GRAYED);
+}
+
+std::wstring BesideThisProgram(const wchar_t* name) {
+  wchar_t self[MAX_PATH];
+  GetModuleFileNameW(nullptr, self, MAX_PATH);
+  std::wstring path = self;
+  return path.substr(0, path.find_last_of(L"\\/") + 1) + name;
+}
+
+TEST(AlphaImage, IconResourcesHoldTheDrawnImages) {
+  HMODULE exe = LoadLibraryExW(BesideThisProgram(L"marquill.exe").c_str(), nullptr,
+                               LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE);
+  ASSERT_TRUE(exe) << "marquill.exe is built beside the test program";
+  struct Case {
+    int id;
+    art::Art art;
+    bool classic;
+  };
+  const Case cases[] = {{101, art::Art::ClipEnabled, false}, {102, art::Art::ClipDisabled, false},
+                        {103, art::Art::ClipEnabled, true},  {104, art::Art::ClipDisabled, true},
+                        {105, art::Art::ClipList, false},    {201, art::Art::ClipEnabled, false},
+                        {202, art::Art::ClipDisabled, false}, {203, art::Art::Settings, false},
+                        {204, art::Art::About, false},       {205, art::Art::Exit, false},
+                        {206, art::Art::ClipList, false},    {207, art::Art::Help, false}};
+  for (const Case& c : cases) {
+    for (int size : {16, 24, 32, 48}) {
+      SCOPED_TRACE(testing::Message() << "icon " << c.id << " size " << size);
+      art::Image image;
+      ASSERT_TRUE(ReadIconResource(exe, c.id, size, image));
+      art::Image drawn = art::Render(c.art, size);
+      if (c.classic) {
+        // 24-bit with a mask: colour where shown, and only fully shown or hidden pixels.
+        drawn = art::Binarize(drawn);
+        for (size_t i = 0; i < drawn.rgba.size(); i += 4)
+          if (!drawn.rgba[i + 3]) drawn.rgba[i] = drawn.rgba[i + 1] = drawn.rgba[i + 2] = 0;
+      }
+      EXPECT_TRUE(image.rgba == drawn.rgba);
+    }
+  }
+  // A size the resource lacks is drawn rather than scaled.
+  art::Image odd;
+  EXPECT_FALSE(ReadIconResource(exe, 201, 36, odd));
+  EXPECT_TRUE(IconResourceImage(exe, 201, 36, art::Art::ClipEnabled).rgba ==
+              art::Render(art::Art::ClipEnabled, 36).rgba);
+  EXPECT_FALSE(ReadIconResource(exe, 299, 16, odd));
+  FreeLibrary(exe);
+}
+
+TEST(FlashWindow, EllipticTopmostNoticeThatUnloadsItself) {
+  FlashWindow flash;
+  EXPECT_FALSE(flash.IsLoaded());
+  HWND before = GetForegroundWindow();
+  flash.Show(FlashModel{{false, false}, u"UPPER CASE", true});
+  ASSERT_TRUE(flash.IsLoaded());
+  HWND hwnd = flash.hwnd();
+  wchar_t title[32] = {};
+  GetWindowTextW(hwnd, title, 32);
+  EXPECT_STREQ(title, L"FlashNotify");
+  EXPECT_TRUE(IsWindowVisible(hwnd));
+  const LONG_PTR ex = GetWindowLongPtrW(hwnd, GWL_EXSTYLE);
+  EXPECT_TRUE(ex & WS_EX_TOPMOST);
+  EXPECT_TRUE(ex & WS_EX_TOOLWINDOW);  // not in the taskbar
+  EXPECT_TRUE(ex & WS_EX_NOACTIVATE);
+  EXPECT_NE(GetForegroundWindow(), hwnd);
+  EXPECT_EQ(GetForegroundWindow(), before);
+  EXPECT_EQ(flash.Model().lblOpCaption, u"UPPER CASE");
+
+  // The region is the ellipse inscribed in the window's rectangle.
+  RECT rc;
+  GetWindowRect(hwnd, &rc);
+  const int w = rc.right - rc.left, h = rc.bottom - rc.top;
+  EXPECT_GT(w, h);
+  UniqueRegion region(CreateRectRgn(0, 0, 0, 0));
+  ASSERT_NE(GetWindowRgn(hwnd, region.Get()), ERROR);
+  RECT box;
+  GetRgnBox(region.Get(), &box);
+  EXPECT_NEAR(box.left, 0, 1);
+  EXPECT_NEAR(box.top, 0, 1);
+  EXPECT_NEAR(box.right, w, 1);
+  EXPECT_NEAR(box.bottom, h, 1);
+  EXPECT_TRUE(PtInRegion(region.Get(), w / 2, h / 2));
+  EXPECT_TRUE(PtInRegion(region.Get(), w / 2, 2));
+  EXPECT_TRUE(PtInRegion(region.Get(), w / 2, h - 3));
+  EXPECT_TRUE(PtInRegion(region.Get(), 2, h / 2));
+  EXPECT_TRUE(PtInRegion(region.Get(), w - 3, h / 2));
+  for (POINT corner : {POINT{1, 1}, POINT{w - 2, 1}, POINT{1, h - 2}, POINT{w - 2, h - 2}})
+    EXPECT_FALSE(PtInRegion(region.Get(), corner.x, corner.y));
+  // Just inside and just outside the ellipse on a diagonal (x²/a² + y²/b² = 1 at 0.707).
+  const double a = w / 2.0, b = h / 2.0;
+  EXPECT_TRUE(PtInRegion(region.Get(), static_cast<int>(a - a * 0.68), static_cast<int>(b - b * 0.68)));
+  EXPECT_FALSE(PtInRegion(region.Get(), static_cast<int>(a - a * 0.76), static_cast<int>(b - b * 0.76)));
+
+  EXPECT_TRUE(PumpUntil([&] { return !flash.IsLoaded(); }, 10000)) << "still shown";
+  EXPECT_FALSE(IsWindow(hwnd));
+}
+
+TEST(FlashWindow, SecondNoticeReusesTheWindowAndKeepsTheFirstTimer) {
+  const UINT lifetime = 3000;
+  FlashWindow flash(nullptr, lifetime);
+  flash.Show(FlashModel{{true, false}, u"(No Change)", false});
+  HWND first = flash.hwnd();
+  const DWORD loaded = GetTickCount();
+  PumpUntil([&] { return GetTickCount() - loaded >= 1200; }, 5000);
+  ASSERT_TRUE(flash.IsLoaded());
+  flash.Show(FlashModel{{false, false}, u"Single", true});
+  const DWORD second = GetTickCount();
+  EXPECT_EQ(flash.hwnd(), first);
+  EXPECT_EQ(flash.Model().lblOpCaption, u"Single");
+  EXPECT_FALSE(flash.Model().picIconVisible[0]);
+  ASSERT_TRUE(PumpUntil([&] { return !flash.IsLoaded(); }, 20000));
+  // A restarted timer could not fire before a whole lifetime after the second notice.
+  EXPECT_LT(GetTickCount() - second, lifetime - 300);
+
+  // The next notice loads a fresh window with a timer of its own.
+  flash.Show(FlashModel{{false, true}, u"", false});
+  EXPECT_TRUE(flash.IsLoaded());
+  flash.Unload();
+  EXPECT_FALSE(flash.IsLoaded());
+}
+
+}  // namespace
+}  // namespace mq::win32
