@@ -1,5 +1,6 @@
 #include "clipboard/win32/VBFormCopyPasteControl.h"
 
+#include <iterator>
 #include <map>
 
 namespace mq::win32 {
