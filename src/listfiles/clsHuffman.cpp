@@ -26,10 +26,6 @@ inline void Store64(uint8_t* p, uint64_t v) {
   if constexpr (std::endian::native == std::endian::big) v = __builtin_bswap64(v);
   std::memcpy(p, &v, 8);
 }
-inline void Store16(uint8_t* p, uint32_t v) {
-  p[0] = static_cast<uint8_t>(v);
-  p[1] = static_cast<uint8_t>(v >> 8);
-}
 
 Bytes StoredContainer(std::string_view input) {
   Bytes out{kMark0, kMark1, kStored, kCR};
@@ -126,24 +122,26 @@ uint8_t* PackData(const uint8_t* in, const uint8_t* end, uint8_t* out,
 
 // ---- Decoder --------------------------------------------------------------------------
 
-// Lookup tables on the next kTableBits bits. A pair entry holds one or two whole symbols
-// (the second when both codes fit the table's width); a single entry holds the first only.
-// count 0 means the code is longer than the table (rare: the rarest values) or leads to a
-// missing child: the tree walk decides which.
+// Lookup tables on the next 9 to 11 bits. A multi entry holds up to three whole symbols
+// (as many as fit the table's width); a single entry holds the first only. bits 0 means the
+// code is longer than the table (rare: the rarest values) or leads to a missing child: the
+// tree walk decides which. How many symbols a multi entry holds is kept beside the table.
+// The widest table; shorter data gets a narrower one, which is cheaper to build.
 constexpr int kTableBits = 11;
 constexpr uint32_t kTableSize = 1u << kTableBits;
-constexpr uint32_t kTableMask = kTableSize - 1;
+
+int TableBitsFor(int32_t length) { return length >= 24 * 1024 ? 11 : length >= 6 * 1024 ? 10 : 9; }
 
 struct Entry {
-  uint16_t symbols;  // first in the low byte, as they are stored
-  uint8_t bits;      // bits used by all of them
-  uint8_t count;
+  uint8_t symbols[3];
+  uint8_t bits;  // bits used by all of them
 };
 static_assert(sizeof(Entry) == 4);
 
 struct Tables {
   std::array<Entry, kTableSize> single;
-  std::array<Entry, kTableSize> pair;
+  std::array<Entry, kTableSize> multi;
+  std::array<uint8_t, kTableSize> count;
 };
 
 struct Tree {
@@ -157,12 +155,12 @@ class BitSource {
   BitSource(const uint8_t* data, size_t size) : data_(data), size_(size) {}
   uint64_t TotalBits() const { return uint64_t{size_} * 8; }
   // Bits past the end read as 0; callers compare lengths with TotalBits.
-  uint32_t Peek(uint64_t pos) const {
+  uint32_t Peek(uint64_t pos, uint32_t mask) const {
     uint32_t v = 0;
     size_t byte = static_cast<size_t>(pos >> 3);
     for (int k = 0; k < 3; ++k)
       if (byte + k < size_) v |= uint32_t{data_[byte + k]} << (8 * k);
-    return (v >> (pos & 7)) & kTableMask;
+    return (v >> (pos & 7)) & mask;
   }
   int Bit(uint64_t pos) const { return (data_[pos >> 3] >> (pos & 7)) & 1; }
 
@@ -171,28 +169,37 @@ class BitSource {
   size_t size_;
 };
 
-void FillSingle(const Tree& t, int node, int depth, uint32_t path, Tables& tables) {
+void FillSingle(const Tree& t, int node, int depth, uint32_t path, int width, Tables& tables) {
   if (t.value[node] >= 0) {
-    const Entry e{static_cast<uint16_t>(t.value[node]), static_cast<uint8_t>(depth), 1};
-    for (uint32_t i = path; i < kTableSize; i += 1u << depth) tables.single[i] = e;
+    const Entry e{{static_cast<uint8_t>(t.value[node]), 0, 0}, static_cast<uint8_t>(depth)};
+    for (uint32_t i = path; i < (1u << width); i += 1u << depth) tables.single[i] = e;
     return;
   }
-  if (depth == kTableBits) return;  // longer code: stays a count-0 entry
+  if (depth == width) return;  // longer code: stays a bits-0 entry
   for (int bit = 0; bit < 2; ++bit)
     if (t.child[node][bit] >= 0)
-      FillSingle(t, t.child[node][bit], depth + 1, path | (uint32_t(bit) << depth), tables);
+      FillSingle(t, t.child[node][bit], depth + 1, path | (uint32_t(bit) << depth), width,
+                 tables);
 }
 
-void BuildTables(const Tree& t, Tables& tables) {
-  tables.single.fill(Entry{0, 0, 0});
-  FillSingle(t, 0, 0, 0, tables);
-  for (uint32_t i = 0; i < kTableSize; ++i) {
+void BuildTables(const Tree& t, int width, Tables& tables) {
+  const uint32_t size = 1u << width;
+  std::fill_n(tables.single.begin(), size, Entry{{0, 0, 0}, 0});
+  FillSingle(t, 0, 0, 0, width, tables);
+  // Branch-free: the next symbol is taken only when it is whole within the table's width.
+  // A bits-0 first entry makes every step fail (i >> 0 finds the same bits-0 entry).
+  for (uint32_t i = 0; i < size; ++i) {
     const Entry first = tables.single[i];
-    const Entry second = tables.single[i >> first.bits];
-    const bool both = first.count && second.count && first.bits + second.bits <= kTableBits;
-    tables.pair[i] = both ? Entry{static_cast<uint16_t>(first.symbols | second.symbols << 8),
-                                  static_cast<uint8_t>(first.bits + second.bits), 2}
-                          : first;
+    const uint32_t b1 = first.bits;
+    const Entry second = tables.single[i >> b1];
+    const uint32_t take2 = (b1 != 0) & (second.bits != 0) & (b1 + second.bits <= uint32_t(width));
+    const uint32_t b2 = b1 + (take2 ? second.bits : 0u);
+    const Entry third = tables.single[i >> b2];
+    const uint32_t take3 = take2 & (third.bits != 0) & (b2 + third.bits <= uint32_t(width));
+    const uint32_t b3 = b2 + (take3 ? third.bits : 0u);
+    tables.multi[i] = Entry{{first.symbols[0], second.symbols[0], third.symbols[0]},
+                            static_cast<uint8_t>(b3)};
+    tables.count[i] = static_cast<uint8_t>((b1 != 0) + take2 + take3);
   }
 }
 
@@ -211,28 +218,31 @@ int WalkTree(const Tree& t, const BitSource& src, uint64_t& pos) {
 bool DecodeData(const Tree& t, const uint8_t* data, size_t size, uint8_t* out,
                 uint8_t* outEnd) {
   Tables tables;
-  BuildTables(t, tables);
-  const Entry* pair = tables.pair.data();
+  const int width = TableBitsFor(static_cast<int32_t>(outEnd - out));
+  const uint32_t mask = (1u << width) - 1;
+  BuildTables(t, width, tables);
+  const Entry* multi = tables.multi.data();
+  const uint8_t* count = tables.count.data();
   const BitSource src(data, size);
   uint64_t pos = 0;
   // Fast loop: 56 bits from the input with a marker bit above them; five entries of at
   // most 11 bits each fit, and the marker's final place tells how many bits they used.
-  // Each entry writes at most two bytes, so ten bytes of room are needed.
+  // Each entry stores four bytes and keeps up to three, so sixteen bytes of room are needed.
   constexpr uint64_t kWindow = (uint64_t{1} << 56) - 1, kMarker = uint64_t{1} << 56;
   const uint64_t posLimit = size >= 8 ? (uint64_t{size} - 7) * 8 : 0;  // 8 bytes readable
-  uint8_t* const outLimit = outEnd - std::min<ptrdiff_t>(outEnd - out, 10);
+  uint8_t* const outLimit = outEnd - std::min<ptrdiff_t>(outEnd - out, 16);
   while (pos < posLimit && out < outLimit) {
     uint64_t bits = ((Load64(data + (pos >> 3)) >> (pos & 7)) & kWindow) | kMarker;
     for (int k = 0; k < 5; ++k) {
-      const Entry e = pair[bits & kTableMask];
-      Store16(out, e.symbols);
-      out += e.count;
-      bits >>= e.bits;
+      const uint32_t index = bits & mask;
+      std::memcpy(out, &multi[index], 4);
+      out += count[index];
+      bits >>= multi[index].bits;
     }
     // The marker is still in bits, which are therefore never 0.
     pos += static_cast<uint64_t>(__builtin_clzll(bits) - 7);
-    // A count-0 entry uses no bits, so once hit it repeats to the end of the group.
-    if (pair[bits & kTableMask].count == 0) {
+    // A bits-0 entry uses no bits, so once hit it repeats to the end of the group.
+    if (multi[bits & mask].bits == 0) {
       const int v = WalkTree(t, src, pos);
       if (v < 0) return false;
       *out++ = static_cast<uint8_t>(v);
@@ -241,15 +251,15 @@ bool DecodeData(const Tree& t, const uint8_t* data, size_t size, uint8_t* out,
   // Tail: one symbol at a time with every bound checked.
   const uint64_t total = src.TotalBits();
   while (out < outEnd) {
-    const Entry e = tables.single[src.Peek(pos)];
-    if (e.count == 0) {
+    const Entry e = tables.single[src.Peek(pos, mask)];
+    if (e.bits == 0) {
       const int v = WalkTree(t, src, pos);
       if (v < 0) return false;
       *out++ = static_cast<uint8_t>(v);
       continue;
     }
     if (pos + e.bits > total) return false;
-    *out++ = static_cast<uint8_t>(e.symbols);
+    *out++ = e.symbols[0];
     pos += e.bits;
   }
   return true;
