@@ -3,7 +3,9 @@
 // at several DPIs.
 //
 //   menu_preview [--disabled] [--submenu] [--select N] [--notice TEXT | --notice-image 0|1]
-//                [--ready FILE] [--hold MS] [--resources EXE]
+//                [--sidebar TEXT] [--ready FILE] [--hold MS] [--resources EXE]
+//
+// --sidebar replaces the sidebar's text (to look at line breaks and wrapping).
 //
 // The images come from marquill.exe's resources (beside this program's folder, or --resources).
 // Once the menu or notice is up, FILE receives the screen rectangle to photograph
@@ -36,6 +38,7 @@ struct Options {
   std::wstring ready;
   UINT hold = 2500;
   std::wstring resources;
+  std::wstring sidebar;
 };
 
 // The tray menu as the main form defines it, in display order.
@@ -163,6 +166,7 @@ bool ParseOptions(int argc, wchar_t** argv) {
     else if (a == L"--ready") g_options.ready = next();
     else if (a == L"--hold") g_options.hold = static_cast<UINT>(_wtoi(next().c_str()));
     else if (a == L"--resources") g_options.resources = next();
+    else if (a == L"--sidebar") g_options.sidebar = next();
     else if (a == L"--notice") {
       g_options.notice = true;
       std::wstring text = next();
@@ -227,6 +231,19 @@ int wmain(int argc, wchar_t** argv) {
   } else {
     TrayMenu tray;
     if (g_options.disabled) tray.Disable();
+    if (!g_options.sidebar.empty()) {
+      modMenus::SidebarOptions sidebar;
+      sidebar.text = Text(g_options.sidebar.begin(), g_options.sidebar.end());
+      sidebar.faceName = u"Tahoma";
+      sidebar.fontSize = 14;
+      sidebar.minFontSize = 12;
+      sidebar.bold = true;
+      sidebar.textColour = Rgb(255, 255, 255);
+      sidebar.backColour = Rgb(24, 64, 128);
+      sidebar.gradientColour = Rgb(92, 150, 214);
+      sidebar.alignment = 1;
+      tray.mnuSide.caption = modMenus::BuildSidebarCaption(sidebar);
+    }
     const int x = GetSystemMetrics(SM_CXSCREEN) / 8, y = GetSystemMetrics(SM_CYSCREEN) / 12;
     const int chosen = menus.TrackPopup(g_owner, tray.mnuPopUp, tray.style, POINT{x, y});
     std::printf("chosen command: %d\n", chosen);
