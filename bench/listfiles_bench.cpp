@@ -270,7 +270,7 @@ void WriteSeed(const std::filesystem::path& dir, const std::string& name, const 
 }
 
 int WriteSeedCorpus(const std::filesystem::path& root) {
-  using test::ContainerSpec;
+  using test::ContainerRecipe;
   const auto huff = root / "huffman_decode_fuzz";
   const std::string text = MakeDocument(3, 1500);
   Bytes deep;
@@ -287,7 +287,7 @@ int WriteSeedCorpus(const std::filesystem::path& root) {
   WriteSeed(huff, "bad-checksum", damaged);
   WriteSeed(huff, "bad-truncated", clsHuffman::Encode(text).substr(0, 200));
   WriteSeed(huff, "bad-lowercase-mark", "M2l" + clsHuffman::Encode("AB").substr(3));
-  ContainerSpec s;
+  ContainerRecipe s;
   s.codes = {{'A', "0"}, {'B', "01"}};
   s.symbols = {'A'};
   WriteSeed(huff, "bad-not-prefix", test::WriteContainer(s));
@@ -295,7 +295,7 @@ int WriteSeedCorpus(const std::filesystem::path& root) {
   s.dataBits = "01011";
   s.lengthOverride = 3;
   WriteSeed(huff, "bad-missing-child", test::WriteContainer(s));
-  ContainerSpec comb;
+  ContainerRecipe comb;
   for (int v = 0; v < 40; ++v) comb.codes.push_back({v, std::string(size_t(v), '1') + "0"});
   comb.codes.push_back({40, std::string(40, '1')});
   comb.symbols = {40, 0, 39, 5};

@@ -10,7 +10,7 @@
 namespace mq {
 namespace {
 
-using test::ContainerSpec;
+using test::ContainerRecipe;
 using test::ReferenceDecode;
 using test::WriteContainer;
 
@@ -101,7 +101,7 @@ TEST(Huffman, DeepTreesUseLongCodesExactly) {
   EXPECT_EQ(RoundTrip(data), data);
 
   // Crafted: a comb of codes 1..255 bits long, 256 values and exactly 511 nodes.
-  ContainerSpec comb;
+  ContainerRecipe comb;
   for (int v = 0; v < 255; ++v) comb.codes.push_back({v, std::string(v, '1') + "0"});
   comb.codes.push_back({255, std::string(255, '1')});
   comb.symbols = {255, 0, 254, 128, 1, 255, 3, 200, 0, 0, 17};
@@ -114,7 +114,7 @@ TEST(Huffman, DeepTreesUseLongCodesExactly) {
 }
 
 TEST(Huffman, RefusesDamagedContainers) {
-  ContainerSpec good;
+  ContainerRecipe good;
   good.codes = {{'A', "0"}, {'B', "10"}, {'C', "11"}};
   good.symbols = {'A', 'B', 'C', 'A'};
   Bytes out = "untouched";
@@ -123,37 +123,37 @@ TEST(Huffman, RefusesDamagedContainers) {
 
   std::vector<std::pair<const char*, Bytes>> bad;
   auto with = [&](const char* what, auto change) {
-    ContainerSpec s = good;
+    ContainerRecipe s = good;
     change(s);
     bad.push_back({what, WriteContainer(s)});
   };
-  with("length 0", [](ContainerSpec& s) { s.lengthOverride = 0; });
-  with("negative length", [](ContainerSpec& s) { s.lengthOverride = 0x80000000; });
-  with("checksum", [](ContainerSpec& s) { s.checksumOverride = 0x41; });
-  with("code length 0", [](ContainerSpec& s) { s.lengthFieldOverride = 0; });
-  with("not a prefix code", [](ContainerSpec& s) { s.codes = {{'A', "0"}, {'B', "01"}}; });
-  with("a code that is a prefix of an earlier one", [](ContainerSpec& s) {
+  with("length 0", [](ContainerRecipe& s) { s.lengthOverride = 0; });
+  with("negative length", [](ContainerRecipe& s) { s.lengthOverride = 0x80000000; });
+  with("checksum", [](ContainerRecipe& s) { s.checksumOverride = 0x41; });
+  with("code length 0", [](ContainerRecipe& s) { s.lengthFieldOverride = 0; });
+  with("not a prefix code", [](ContainerRecipe& s) { s.codes = {{'A', "0"}, {'B', "01"}}; });
+  with("a code that is a prefix of an earlier one", [](ContainerRecipe& s) {
     s.codes = {{'A', "01"}, {'B', "0"}, {'C', "1"}};
   });
-  with("the same code twice", [](ContainerSpec& s) { s.codes = {{'A', "0"}, {'B', "0"}}; });
-  with("path to a missing child", [](ContainerSpec& s) {
+  with("the same code twice", [](ContainerRecipe& s) { s.codes = {{'A', "0"}, {'B', "0"}}; });
+  with("path to a missing child", [](ContainerRecipe& s) {
     s.codes = {{'A', "0"}, {'B', "10"}};
     s.dataBits = "0" "10" "11" "0";  // "11" leads nowhere
     s.lengthOverride = 4;
   });
-  with("data ends before the length", [](ContainerSpec& s) { s.lengthOverride = 40; });
-  with("value count 0", [](ContainerSpec& s) { s.usedOverride = 0; });
-  with("value count 257", [](ContainerSpec& s) { s.usedOverride = 257; });
-  with("table past the end", [](ContainerSpec& s) { s.usedOverride = 200; });
-  with("values out of order", [](ContainerSpec& s) {
+  with("data ends before the length", [](ContainerRecipe& s) { s.lengthOverride = 40; });
+  with("value count 0", [](ContainerRecipe& s) { s.usedOverride = 0; });
+  with("value count 257", [](ContainerRecipe& s) { s.usedOverride = 257; });
+  with("table past the end", [](ContainerRecipe& s) { s.usedOverride = 200; });
+  with("values out of order", [](ContainerRecipe& s) {
     s.codes = {{'B', "0"}, {'A', "10"}, {'C', "11"}};
   });
-  with("more than 511 nodes", [](ContainerSpec& s) {
+  with("more than 511 nodes", [](ContainerRecipe& s) {
     s.codes = {{1, std::string(255, '0')}, {2, "01"}, {3, std::string(255, '1')}};
     s.symbols = {1, 2, 3};
   });
   Bytes valid = WriteContainer(good);
-  ContainerSpec longCodes;
+  ContainerRecipe longCodes;
   longCodes.codes = {{'A', std::string(200, '0')}, {'B', "1"}};
   longCodes.symbols = {'B'};
   bad.push_back({"code bits past the end", WriteContainer(longCodes).substr(0, 11 + 4 + 10)});
@@ -173,7 +173,7 @@ TEST(Huffman, RefusesDamagedContainers) {
     EXPECT_FALSE(ReferenceDecode(container, reference)) << what;
   }
   // The third code of a full comb would need a 512th node.
-  ContainerSpec full;
+  ContainerRecipe full;
   full.codes = {{1, std::string(255, '0')}, {2, std::string(255, '1')}};
   full.symbols = {1, 2};
   EXPECT_TRUE(clsHuffman::Decode(WriteContainer(full), out));
@@ -201,7 +201,7 @@ TEST(Huffman, AgreesWithTheTreeWalkOnRandomContainers) {
     std::shuffle(values.begin(), values.end(), rng);
     values.resize(codes.size());
     std::sort(values.begin(), values.end());
-    ContainerSpec s;
+    ContainerRecipe s;
     for (size_t k = 0; k < codes.size(); ++k) s.codes.push_back({values[k], codes[k]});
     const int count = static_cast<int>(rng() % 400);
     for (int k = 0; k < count; ++k) s.symbols.push_back(values[rng() % values.size()]);

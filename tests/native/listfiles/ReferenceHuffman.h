@@ -72,7 +72,7 @@ inline bool ReferenceDecode(std::string_view c, std::string& out) {
 }
 
 // Writes an "M2L" container from explicit codes ("0110": root bit first).
-struct ContainerSpec {
+struct ContainerRecipe {
   std::vector<std::pair<int, std::string>> codes;  // (value, code), in table order
   std::vector<int> symbols;                        // what the data bits encode
   int64_t lengthOverride = -1;                     // otherwise symbols.size()
@@ -82,7 +82,7 @@ struct ContainerSpec {
   std::string dataBits;                            // when set, replaces the coded symbols
 };
 
-inline std::string WriteContainer(const ContainerSpec& s) {
+inline std::string WriteContainer(const ContainerRecipe& s) {
   std::string out = "M2L\r";
   uint8_t x = 0;
   for (int v : s.symbols) x ^= static_cast<uint8_t>(v);
