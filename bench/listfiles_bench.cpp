@@ -274,7 +274,8 @@ int WriteSeedCorpus(const std::filesystem::path& root) {
   const auto huff = root / "huffman_decode_fuzz";
   const std::string text = MakeDocument(3, 1500);
   Bytes deep;
-  for (int v = 0, a = 1, b = 1; v < 14; ++v, b = a + b, a = b - a) deep.append(size_t(a), char('a' + v));
+  for (int v = 0, a = 1, b = 1; v < 14; ++v, b = a + b, a = b - a)
+    deep.append(size_t(a), char('a' + v));  // Fibonacci counts: a deep tree
   Bytes all;
   for (int v = 0; v < 256; ++v) all.append(2, static_cast<char>(v));
   const std::vector<std::pair<std::string, Bytes>> valid = {

@@ -126,11 +126,13 @@ uint8_t* PackData(const uint8_t* in, const uint8_t* end, uint8_t* out,
 // (as many as fit the table's width); a single entry holds the first only. bits 0 means the
 // code is longer than the table (rare: the rarest values) or leads to a missing child: the
 // tree walk decides which. How many symbols a multi entry holds is kept beside the table.
-// The widest table; shorter data gets a narrower one, which is cheaper to build.
 constexpr int kTableBits = 11;
 constexpr uint32_t kTableSize = 1u << kTableBits;
 
-int TableBitsFor(int32_t length) { return length >= 24 * 1024 ? 11 : length >= 6 * 1024 ? 10 : 9; }
+// Shorter data gets a narrower table, which is cheaper to build than it would pay back.
+int TableBitsFor(int32_t length) {
+  return length >= 24 * 1024 ? 11 : length >= 6 * 1024 ? 10 : 9;
+}
 
 struct Entry {
   uint8_t symbols[3];

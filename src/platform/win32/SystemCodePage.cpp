@@ -36,7 +36,8 @@ Text SystemCodePage::FromAnsi(std::string_view bytes) const {
   const int n = MultiByteToWideChar(codePage_, 0, bytes.data(), length, nullptr, 0);
   if (n <= 0) return Text();
   Text out(static_cast<size_t>(n), u'\0');
-  MultiByteToWideChar(codePage_, 0, bytes.data(), length, reinterpret_cast<wchar_t*>(out.data()), n);
+  MultiByteToWideChar(codePage_, 0, bytes.data(), length,
+                      reinterpret_cast<wchar_t*>(out.data()), n);
   return out;
 }
 

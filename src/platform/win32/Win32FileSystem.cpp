@@ -78,7 +78,8 @@ bool Win32FileSystem::ReadAll(TextView path, Bytes& out, Text& error) {
   while (done < data.size()) {
     DWORD got = 0;
     const DWORD want = static_cast<DWORD>(std::min<size_t>(data.size() - done, 1u << 24));
-    if (!ReadFile(file.Get(), data.data() + done, want, &got, nullptr)) return Fail(error, GetLastError());
+    if (!ReadFile(file.Get(), data.data() + done, want, &got, nullptr))
+      return Fail(error, GetLastError());
     if (got == 0) break;  // the file shrank meanwhile
     done += got;
   }

@@ -217,8 +217,8 @@ TEST_F(ListFiles, ReadingTypesAndOddRecords) {
   files.files[u"odd.mql"] = clsHuffman::Encode(res.saveToBytes());
   ASSERT_TRUE(FileOperations::LoadListFile(context, u"odd.mql", LoadMode::OpenAsNew, false,
                                            u"").Loaded());
-  EXPECT_EQ(Queue(), (std::vector<std::string>{"plain", "{\\rtf1 rich}", "weird", "\xC3\xA9t\xC3\xA9",
-                                               "hi", "typed"}));
+  EXPECT_EQ(Queue(), (std::vector<std::string>{"plain", "{\\rtf1 rich}", "weird",
+                                               "\xC3\xA9t\xC3\xA9", "hi", "typed"}));
   EXPECT_EQ(store.ClipFormat[rows.ItemData(1)], kFormatRich);
   EXPECT_EQ(store.ClipFormat[rows.ItemData(2)], kFormatRich);
   EXPECT_EQ(store.ClipFormat[rows.ItemData(4)], kFormatPlain);
