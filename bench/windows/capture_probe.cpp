@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "Timing.h"
 #include "clipboard/ClipOperations.h"
 #include "clipboard/win32/Win32Clipboard.h"
 #include "clipboard/win32/Win32Ports.h"
@@ -22,22 +23,6 @@
 using namespace mq;
 
 namespace {
-
-double Now() {
-  static LARGE_INTEGER frequency = [] {
-    LARGE_INTEGER f;
-    QueryPerformanceFrequency(&f);
-    return f;
-  }();
-  LARGE_INTEGER t;
-  QueryPerformanceCounter(&t);
-  return 1000.0 * static_cast<double>(t.QuadPart) / static_cast<double>(frequency.QuadPart);
-}
-
-double Median(std::vector<double> v) {
-  std::sort(v.begin(), v.end());
-  return v.size() % 2 ? v[v.size() / 2] : (v[v.size() / 2 - 1] + v[v.size() / 2]) / 2;
-}
 
 // Moves a second per call, so the debounce never holds a capture back.
 class SteppingClock : public TickClock {
@@ -56,7 +41,7 @@ class QuietBoxes : public MessageBoxes {
 class StampingKeys : public KeySender {
  public:
   void SendPaste() override {
-    sentAt = Now();
+    sentAt = NowMs();
     real.SendPaste();
   }
   double sentAt = 0;
@@ -92,7 +77,7 @@ bool PutOnClipboard(UINT format, const void* data, size_t bytes) {
 }
 
 double BareRead(UINT format) {
-  double start = Now();
+  double start = NowMs();
   OpenClipboard(nullptr);
   std::string copy;
   if (HANDLE data = GetClipboardData(format)) {
@@ -101,14 +86,12 @@ double BareRead(UINT format) {
     GlobalUnlock(data);
   }
   CloseClipboard();
-  return Now() - start;
+  return NowMs() - start;
 }
 
 }  // namespace
 
 int wmain() {
-  Settings* none = nullptr;
-  (void)none;
   struct NoSettings : SettingsPort {
     Status Read(TextView, Text&) override { return Status::Absent; }
     bool Write(TextView, TextView) override { return true; }
@@ -149,9 +132,9 @@ int wmain() {
         PutOnClipboard(CF_UNICODETEXT, text.c_str(), (text.size() + 1) * 2);
         bare.push_back(BareRead(CF_UNICODETEXT));
       }
-      double start = Now();
+      double start = NowMs();
       ops.AddClipEntry(false, kCaseNone);
-      capture.push_back(Now() - start);
+      capture.push_back(NowMs() - start);
       if (store.EntryCount() != 1) std::printf("  (capture %d of %s stored nothing)\n", run, c.name);
       store.ClearAll();
     }
@@ -174,7 +157,7 @@ int wmain() {
     for (int run = 0; run < runs; ++run) {
       store.Append(PlainText(bytes, run), kFormatPlain, u"entry");
       MSG msg{};
-      double start = Now();
+      double start = NowMs();
       PostMessageW(reinterpret_cast<HWND>(hkPaste.hwnd()), WM_HOTKEY, hkPaste.hAtom(),
                    MAKELPARAM(MOD_CONTROL, 0x7B));
       while (keys.sentAt < start && GetMessageW(&msg, nullptr, 0, 0) > 0) DispatchMessageW(&msg);

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "Timing.h"
 #include "clipboard/win32/RichEditBox.h"
 #include "clipboard/win32/Win32Clipboard.h"
 
@@ -16,27 +17,15 @@ namespace {
 using mq::Bytes;
 using mq::Text;
 
-double Now() {
-  static LARGE_INTEGER frequency = [] {
-    LARGE_INTEGER f;
-    QueryPerformanceFrequency(&f);
-    return f;
-  }();
-  LARGE_INTEGER t;
-  QueryPerformanceCounter(&t);
-  return static_cast<double>(t.QuadPart) * 1000.0 / static_cast<double>(frequency.QuadPart);
-}
-
 template <typename Work>
 double MedianMs(int runs, Work work) {
   std::vector<double> times;
   for (int i = 0; i < runs; ++i) {
-    double start = Now();
+    double start = NowMs();
     if (!work()) return -1;
-    times.push_back(Now() - start);
+    times.push_back(NowMs() - start);
   }
-  std::sort(times.begin(), times.end());
-  return times[times.size() / 2];
+  return Median(times);
 }
 
 Text PlainOfSize(size_t bytes) {

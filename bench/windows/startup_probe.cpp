@@ -5,23 +5,13 @@
 // is kept running that long after it is ready (so its memory can be read from outside).
 #include <windows.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <vector>
 
-namespace {
+#include "Timing.h"
 
-double Now() {
-  static LARGE_INTEGER frequency = [] {
-    LARGE_INTEGER f;
-    QueryPerformanceFrequency(&f);
-    return f;
-  }();
-  LARGE_INTEGER t;
-  QueryPerformanceCounter(&t);
-  return 1000.0 * static_cast<double>(t.QuadPart) / static_cast<double>(frequency.QuadPart);
-}
+namespace {
 
 BOOL CALLBACK CloseWindowsOf(HWND hwnd, LPARAM pid) {
   DWORD owner = 0;
@@ -49,7 +39,7 @@ int wmain(int argc, wchar_t** argv) {
     si.cb = sizeof(si);
     PROCESS_INFORMATION pi{};
     std::wstring command = L"\"" + program + L"\"";
-    double start = Now();
+    double start = NowMs();
     if (!CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr,
                         nullptr, &si, &pi)) {
       fwprintf(stderr, L"cannot start %ls\n", program.c_str());
@@ -66,7 +56,7 @@ int wmain(int argc, wchar_t** argv) {
       return 1;
     }
     WaitForSingleObject(ready, INFINITE);
-    double elapsed = Now() - start;
+    double elapsed = NowMs() - start;
     CloseHandle(ready);
     times.push_back(elapsed);
     wprintf(L"run %d: %.1f ms pid %lu\n", run + 1, elapsed, pi.dwProcessId);
@@ -77,9 +67,6 @@ int wmain(int argc, wchar_t** argv) {
     CloseHandle(pi.hThread);
     CloseHandle(pi.hProcess);
   }
-  std::sort(times.begin(), times.end());
-  double median = times.size() % 2 ? times[times.size() / 2]
-                                   : (times[times.size() / 2 - 1] + times[times.size() / 2]) / 2;
-  wprintf(L"median: %.1f ms over %zu runs\n", median, times.size());
+  wprintf(L"median: %.1f ms over %zu runs\n", Median(times), times.size());
   return 0;
 }

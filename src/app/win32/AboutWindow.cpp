@@ -13,26 +13,9 @@ constexpr int kWidth = 380, kSplashHeight = 190, kFullHeight = 250;  // at 96 DP
 constexpr COLORREF kAccent = RGB(24, 64, 128);
 constexpr UINT kSplashMs = 2000;
 constexpr int kOkId = 1;
-
-HFONT MakeFont(UINT dpi, int points, int weight) {
-  return CreateFontW(-MulDiv(points, static_cast<int>(dpi), 72), 0, 0, 0, weight, FALSE, FALSE,
-                     FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS,
-                     CLEARTYPE_QUALITY, DEFAULT_PITCH | FF_SWISS, L"Tahoma");
-}
 }  // namespace
 
-AboutWindow::~AboutWindow() {
-  Destroy();
-  DeleteFonts();
-}
-
-void AboutWindow::DeleteFonts() {
-  if (titleFont_) DeleteObject(titleFont_);
-  if (textFont_) DeleteObject(textFont_);
-  if (icon_) DestroyIcon(icon_);
-  titleFont_ = textFont_ = nullptr;
-  icon_ = nullptr;
-}
+AboutWindow::~AboutWindow() { Destroy(); }
 
 bool AboutWindow::Open(Mode mode) {
   // The splash has no frame; the full form is an ordinary small window. A change of form
@@ -56,17 +39,17 @@ bool AboutWindow::Open(Mode mode) {
               work.top + (work.bottom - work.top - height) / 2, width, height))
     return false;
   dpi_ = DpiOfWindow(hwnd());
-  DeleteFonts();
-  titleFont_ = MakeFont(dpi_, 20, FW_BOLD);
-  textFont_ = MakeFont(dpi_, 9, FW_NORMAL);
+  titleFont_ = CreateProgramFont(dpi_, 20, FW_BOLD);
+  textFont_ = CreateProgramFont(dpi_, 9);
   int iconSize = ScaleToDpi(64, dpi_);
-  icon_ = static_cast<HICON>(LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDI_TRAY_ENABLED),
-                                        IMAGE_ICON, iconSize, iconSize, 0));
+  icon_.Reset(static_cast<HICON>(LoadImageW(GetModuleHandleW(nullptr),
+                                            MAKEINTRESOURCEW(IDI_TRAY_ENABLED), IMAGE_ICON,
+                                            iconSize, iconSize, 0)));
   if (mode == Mode::Full) {
     ok_ = CreateWindowExW(0, L"Button", L"OK", WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_DEFPUSHBUTTON,
                           0, 0, 0, 0, hwnd(), reinterpret_cast<HMENU>(kOkId),
                           GetModuleHandleW(nullptr), nullptr);
-    SendMessageW(ok_, WM_SETFONT, reinterpret_cast<WPARAM>(textFont_), FALSE);
+    SendMessageW(ok_, WM_SETFONT, reinterpret_cast<WPARAM>(textFont_.Get()), FALSE);
     Layout();
   }
   return true;
@@ -105,22 +88,21 @@ void AboutWindow::Paint() {
   FillRect(dc, &client, GetSysColorBrush(COLOR_WINDOW));
   int band = ScaleToDpi(6, dpi_);
   RECT top{client.left, client.top, client.right, client.top + band};
-  HBRUSH accent = CreateSolidBrush(kAccent);
-  FillRect(dc, &top, accent);
-  DeleteObject(accent);
+  UniqueBrush accent(CreateSolidBrush(kAccent));
+  FillRect(dc, &top, accent.Get());
 
   int pad = ScaleToDpi(20, dpi_), iconSize = ScaleToDpi(64, dpi_);
-  if (icon_) DrawIconEx(dc, pad, pad + band, icon_, iconSize, iconSize, 0, nullptr, DI_NORMAL);
+  if (icon_) DrawIconEx(dc, pad, pad + band, icon_.Get(), iconSize, iconSize, 0, nullptr, DI_NORMAL);
   SetBkMode(dc, TRANSPARENT);
   int x = pad * 2 + iconSize;
   RECT text{x, pad + band, client.right - pad, client.bottom};
-  HGDIOBJ old = SelectObject(dc, titleFont_);
+  HGDIOBJ old = SelectObject(dc, titleFont_.Get());
   SetTextColor(dc, kAccent);
   DrawTextW(dc, L"Marquill", -1, &text, DT_LEFT | DT_TOP | DT_SINGLELINE | DT_NOPREFIX);
   TEXTMETRICW tm{};
   GetTextMetricsW(dc, &tm);
   text.top += tm.tmHeight + ScaleToDpi(4, dpi_);
-  SelectObject(dc, textFont_);
+  SelectObject(dc, textFont_.Get());
   SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
   std::wstring lines = L"Version " MARQUILL_VERSION_TEXT_W
                        L"\nThe extended clipboard: copy many, paste in order.\n\n"

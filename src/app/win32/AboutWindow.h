@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/Text.h"
+#include "platform/win32/Gdi.h"
 #include "platform/win32/Window.h"
 
 namespace mq::win32 {
@@ -20,14 +21,13 @@ class AboutWindow final : public Window {
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
   void Paint();
   void Layout();
-  void DeleteFonts();
 
   Mode mode_ = Mode::Splash;
   Text versionText_;
   UINT dpi_ = 96;
   HWND ok_ = nullptr;
-  HFONT titleFont_ = nullptr, textFont_ = nullptr;
-  HICON icon_ = nullptr;
+  UniqueFont titleFont_, textFont_;
+  UniqueIcon icon_;
   static constexpr UINT_PTR kSplashTimer = 1;
 };
 

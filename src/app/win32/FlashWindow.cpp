@@ -81,9 +81,7 @@ void FlashWindow::FitToDpi(UINT dpi, const RECT* suggested) {
                                              art::Art::ClipEnabled));
   picIcon_[1] = AlphaImage(IconResourceImage(resources_, art::kTrayDisabledIcon, iconSize_,
                                              art::Art::ClipDisabled));
-  lblOpFont_.Reset(CreateFontW(-MulDiv(15, static_cast<int>(dpi_), 72), 0, 0, 0, FW_BOLD, FALSE,
-                               FALSE, FALSE, DEFAULT_CHARSET, OUT_TT_PRECIS, CLIP_DEFAULT_PRECIS,
-                               CLEARTYPE_QUALITY, DEFAULT_PITCH, L"Tahoma"));
+  lblOpFont_ = CreateProgramFont(dpi_, 15, FW_BOLD);
   InvalidateRect(hwnd(), nullptr, FALSE);
 }
 

@@ -10,12 +10,6 @@ constexpr wchar_t kClassName[] = L"MarquillClipList";
 // Design size and list margin, in twips.
 constexpr int kWidthTwips = 3735, kHeightTwips = 3255, kMarginTwips = 120;
 constexpr COLORREF kBorderColour = RGB(60, 90, 140);
-
-HFONT CreateUiFont(UINT dpi) {
-  return CreateFontW(-MulDiv(9, static_cast<int>(dpi), 72), 0, 0, 0, FW_NORMAL, FALSE, FALSE,
-                     FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS,
-                     CLEARTYPE_QUALITY, DEFAULT_PITCH | FF_SWISS, L"Tahoma");
-}
 }  // namespace
 
 ListWindow::ListWindow(frmList& model, const bool& ending, bool layeredWindows)
@@ -25,7 +19,6 @@ ListWindow::~ListWindow() {
   model_.lstClip.SetObserver(nullptr);
   rtbFormat_.reset();
   Destroy();
-  if (font_) DeleteObject(font_);
 }
 
 bool ListWindow::CreateHidden() {
@@ -62,10 +55,9 @@ bool ListWindow::CreateHidden() {
 }
 
 void ListWindow::UpdateFont() {
-  HFONT old = font_;
-  font_ = CreateUiFont(dpi_);
-  SendMessageW(list_, WM_SETFONT, reinterpret_cast<WPARAM>(font_), TRUE);
-  if (old) DeleteObject(old);
+  UniqueFont font = CreateProgramFont(dpi_, 9);
+  SendMessageW(list_, WM_SETFONT, reinterpret_cast<WPARAM>(font.Get()), TRUE);
+  font_ = std::move(font);  // the old font goes once the list no longer uses it
 }
 
 void ListWindow::Layout() {
@@ -82,13 +74,12 @@ void ListWindow::Paint() {
   GetClientRect(hwnd(), &client);
   FillRect(dc, &client, GetSysColorBrush(COLOR_BTNFACE));
   // shpBorder: the window's visible border, since it has no frame of its own.
-  HBRUSH border = CreateSolidBrush(kBorderColour);
+  UniqueBrush border(CreateSolidBrush(kBorderColour));
   int thickness = ScaleToDpi(1, dpi_);
   for (int i = 0; i < thickness; ++i) {
     RECT r{client.left + i, client.top + i, client.right - i, client.bottom - i};
-    FrameRect(dc, &r, border);
+    FrameRect(dc, &r, border.Get());
   }
-  DeleteObject(border);
   EndPaint(hwnd(), &ps);
 }
 

@@ -7,6 +7,7 @@
 #include "clipboard/win32/RichEditBox.h"
 #include "listwindow/frmList.h"
 #include "listwindow/win32/Fader.h"
+#include "platform/win32/Gdi.h"
 #include "platform/win32/Window.h"
 
 namespace mq::win32 {
@@ -43,7 +44,7 @@ class ListWindow final : public Window, public ListWindowView, public ListObserv
   const bool& ending_;
   bool layered_;
   HWND list_ = nullptr;
-  HFONT font_ = nullptr;
+  UniqueFont font_;
   UINT dpi_ = 96;
   std::unique_ptr<RichEditBox> rtbFormat_;
   Fader fader_;

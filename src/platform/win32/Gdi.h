@@ -57,6 +57,14 @@ using UniqueMenu = UniqueHandle<HMENU, MenuTraits>;
 // From CreateCompatibleDC.
 using MemoryDc = UniqueHandle<HDC, MemoryDcTraits>;
 
+// The program's interface font (Tahoma) at a size in points for a DPI.
+inline UniqueFont CreateProgramFont(UINT dpi, int points, int weight = FW_NORMAL) {
+  return UniqueFont(CreateFontW(-MulDiv(points, static_cast<int>(dpi), 72), 0, 0, 0, weight, FALSE,
+                                FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
+                                CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY, DEFAULT_PITCH | FF_SWISS,
+                                L"Tahoma"));
+}
+
 // A window's (or the screen's, for null) device context from GetDC.
 class WindowDc {
  public:
