@@ -9,8 +9,22 @@
 #include "fakes/FakePorts.h"
 #include "fakes/FakeRichTextBox.h"
 #include "fakes/FakeSettings.h"
+#include "fakes/MemoryDisk.h"
 
 namespace mq::test {
+
+// Files in memory whose deletions join the event log.
+class LoggingDisk : public MemoryDisk {
+ public:
+  explicit LoggingDisk(EventLog& log) : log_(log) {}
+  bool Delete(TextView path) override {
+    log_.push_back("delete " + ToUtf8(path));
+    return MemoryDisk::Delete(path);
+  }
+
+ private:
+  EventLog& log_;
+};
 
 struct MainHarness {
   MainHarness() { list.SetView(&listView); }
@@ -37,7 +51,7 @@ struct MainHarness {
   FakeMainView view{log};
   FakeFlash flash;
   FakeListView listView{log};
-  MemoryFileSystem files{&log};
+  LoggingDisk files{log};
   FakeHotkeySystem hotkeys;
   HotkeyControls hotkeyControls;
   frmList list{settings};

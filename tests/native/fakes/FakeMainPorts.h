@@ -5,7 +5,6 @@
 
 #include <functional>
 #include <map>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -91,48 +90,6 @@ class FakeListView : public ListWindowView {
 
  private:
   EventLog& log_;
-};
-
-class MemoryFileSystem : public FileSystem {
- public:
-  explicit MemoryFileSystem(EventLog* log = nullptr) : log_(log) {}
-  std::optional<uint64_t> Length(TextView path) override {
-    auto it = files.find(Text(path));
-    if (it == files.end()) return std::nullopt;
-    return it->second.size();
-  }
-  bool IsDirectory(TextView) override { return false; }
-  bool ReadAll(TextView path, Bytes& out, Text& error) override {
-    auto it = files.find(Text(path));
-    if (it == files.end()) {
-      error = u"The system cannot find the file specified.";
-      return false;
-    }
-    out = it->second;
-    return true;
-  }
-  bool WriteAllAtomic(TextView path, std::string_view data, Text& error) override {
-    if (failWrites) {
-      error = u"Access is denied.";
-      return false;
-    }
-    files[Text(path)] = Bytes(data);
-    return true;
-  }
-  bool Copy(TextView from, TextView to, Text& error) override {
-    Bytes data;
-    return ReadAll(from, data, error) && WriteAllAtomic(to, data, error);
-  }
-  bool Delete(TextView path) override {
-    if (log_) log_->push_back("delete " + ToUtf8(path));
-    files.erase(Text(path));
-    return true;
-  }
-  std::map<Text, Bytes> files;
-  bool failWrites = false;
-
- private:
-  EventLog* log_;
 };
 
 }  // namespace mq::test
