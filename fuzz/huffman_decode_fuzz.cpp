@@ -7,6 +7,9 @@
 #include "../tests/native/listfiles/ReferenceHuffman.h"
 #include "listfiles/clsHuffman.h"
 
+// Undefined behaviour counts as a finding, not a note in the log.
+extern "C" const char* __ubsan_default_options() { return "halt_on_error=1:print_stacktrace=1"; }
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string_view input(reinterpret_cast<const char*>(data), size);
   mq::Bytes fast, slow;

@@ -11,6 +11,9 @@
 
 using namespace mq;
 
+// Undefined behaviour counts as a finding, not a note in the log.
+extern "C" const char* __ubsan_default_options() { return "halt_on_error=1:print_stacktrace=1"; }
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size == 0) return 0;
   const uint8_t control = data[0];

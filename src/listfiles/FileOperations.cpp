@@ -39,10 +39,13 @@ Text DisplayRow(ListContext& context, const ListEntry& entry) {
 
 }  // namespace
 
-long long EntryTypeOfId(std::string_view id) {
+int16_t EntryTypeOfId(std::string_view id) {
   const Text wide = Widen(id);
-  return static_cast<long long>(
-      LeadingNumber(TextView(wide).substr(std::min<size_t>(3, wide.size()))));
+  // Compared as read: "13.5" or a 30-digit number is no type, so it is plain text.
+  const double value = LeadingNumber(TextView(wide).substr(std::min<size_t>(3, wide.size())));
+  if (value == kFormatRich) return kFormatRich;
+  if (value == kTypeUnicode) return kTypeUnicode;
+  return kFormatPlain;
 }
 
 Bytes EncodeListFile(const std::vector<ListEntry>& entries, const CodePage& codePage,
@@ -96,7 +99,7 @@ bool DecodeListFile(std::string_view file, const CodePage& codePage, bool isProt
   out.reserve(store.strings().size());
   for (const auto& record : store.strings()) {
     ListEntry entry;
-    const long long type = EntryTypeOfId(record.id);
+    const int16_t type = EntryTypeOfId(record.id);
     if (type == kFormatRich) {
       entry.format = kFormatRich;
       entry.text = Widen(record.data);

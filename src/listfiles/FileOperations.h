@@ -59,8 +59,9 @@ struct LoadResult {
 // The whole file for these entries, as SaveListFile writes it.
 Bytes EncodeListFile(const std::vector<ListEntry>& entries, const CodePage& codePage,
                      bool isProtected, TextView password);
-// The entry type an ID names: the numeric value from its fourth character on.
-long long EntryTypeOfId(std::string_view id);
+// The entry type an ID names, from the numeric value of its fourth character on:
+// kFormatRich, kTypeUnicode, or kFormatPlain for 1 and every other (or damaged) value.
+int16_t EntryTypeOfId(std::string_view id);
 // Unwraps a list file down to its resource store; false when a layer cannot be decoded.
 bool OpenListResource(std::string_view file, const CodePage& codePage, bool isProtected,
                       TextView password, EVBResource& resource);

@@ -162,7 +162,7 @@ int Info(Environment& env, const Command& cmd) {
                             : U8(cmd.operands[0]) + " is damaged");
   env.out << "entries: " << resource.strings().size() << "\n";
   for (const auto& record : resource.strings()) {
-    const long long type = FileOperations::EntryTypeOfId(record.id);
+    const int type = FileOperations::EntryTypeOfId(record.id);
     const char* what = type == kFormatRich                      ? "rich text"
                        : type == FileOperations::kTypeUnicode ? "Unicode text"
                                                               : "text";

@@ -214,17 +214,21 @@ TEST_F(ListFiles, ReadingTypesAndOddRecords) {
   res.addString("\xE9t\xE9", "0041");
   res.addString(Bytes("h\0i\0", 4), "00513");
   res.addString("typed", "006abc");
+  res.addString("huge", "007" + Bytes(25, '9'));
+  res.addString("fraction", "00813.5");
   files.files[u"odd.mql"] = clsHuffman::Encode(res.saveToBytes());
   ASSERT_TRUE(FileOperations::LoadListFile(context, u"odd.mql", LoadMode::OpenAsNew, false,
                                            u"").Loaded());
   EXPECT_EQ(Queue(), (std::vector<std::string>{"plain", "{\\rtf1 rich}", "weird",
-                                               "\xC3\xA9t\xC3\xA9", "hi", "typed"}));
+                                               "\xC3\xA9t\xC3\xA9", "hi", "typed", "huge",
+                                               "fraction"}));
+  EXPECT_EQ(store.ClipFormat[rows.ItemData(7)], kFormatPlain);  // "13.5" is no type
   EXPECT_EQ(store.ClipFormat[rows.ItemData(1)], kFormatRich);
   EXPECT_EQ(store.ClipFormat[rows.ItemData(2)], kFormatRich);
   EXPECT_EQ(store.ClipFormat[rows.ItemData(4)], kFormatPlain);
   EXPECT_EQ(ToUtf8(rows.List(1)), "+\trich");
 
-  res.addString(Bytes("h\0i", 3), "00713");
+  res.addString(Bytes("h\0i", 3), "00913");
   files.files[u"odd.mql"] = clsHuffman::Encode(res.saveToBytes());
   EXPECT_EQ(FileOperations::LoadListFile(context, u"odd.mql", LoadMode::OpenAsNew, false, u"")
                 .status,
