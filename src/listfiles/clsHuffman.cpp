@@ -124,8 +124,9 @@ uint8_t* PackData(const uint8_t* in, const uint8_t* end, uint8_t* out,
 
 // Lookup tables on the next 9 to 11 bits. A multi entry holds up to three whole symbols
 // (as many as fit the table's width); a single entry holds the first only. bits 0 means the
-// code is longer than the table (rare: the rarest values) or leads to a missing child: the
-// tree walk decides which. How many symbols a multi entry holds is kept beside the table.
+// code is longer than the table (rare: the rarest values), and the first two bytes name the
+// tree node where the table's bits end; node 0 (the root, never that deep) means the bits
+// lead to a missing child. How many symbols a multi entry holds is kept beside the table.
 constexpr int kTableBits = 11;
 constexpr uint32_t kTableSize = 1u << kTableBits;
 
@@ -177,7 +178,11 @@ void FillSingle(const Tree& t, int node, int depth, uint32_t path, int width, Ta
     for (uint32_t i = path; i < (1u << width); i += 1u << depth) tables.single[i] = e;
     return;
   }
-  if (depth == width) return;  // longer code: stays a bits-0 entry
+  if (depth == width) {  // longer code: the walk goes on from this node
+    const auto low = static_cast<uint8_t>(node), high = static_cast<uint8_t>(node >> 8);
+    tables.single[path] = Entry{{low, high, 0}, 0};
+    return;
+  }
   for (int bit = 0; bit < 2; ++bit)
     if (t.child[node][bit] >= 0)
       FillSingle(t, t.child[node][bit], depth + 1, path | (uint32_t(bit) << depth), width,
@@ -199,16 +204,22 @@ void BuildTables(const Tree& t, int width, Tables& tables) {
     const Entry third = tables.single[i >> b2];
     const uint32_t take3 = take2 & (third.bits != 0) & (b2 + third.bits <= uint32_t(width));
     const uint32_t b3 = b2 + (take3 ? third.bits : 0u);
-    tables.multi[i] = Entry{{first.symbols[0], second.symbols[0], third.symbols[0]},
-                            static_cast<uint8_t>(b3)};
+    const Entry multi{{first.symbols[0], second.symbols[0], third.symbols[0]},
+                      static_cast<uint8_t>(b3)};
+    tables.multi[i] = b1 ? multi : first;  // a long code keeps its node
     tables.count[i] = static_cast<uint8_t>((b1 != 0) + take2 + take3);
   }
 }
 
-// Walks the tree bit by bit from pos; -1 when the data ends first or a child is missing.
-int WalkTree(const Tree& t, const BitSource& src, uint64_t& pos) {
-  int node = 0;
+int NodeOf(const Entry& e) { return e.symbols[0] | e.symbols[1] << 8; }
+
+// Finishes a code longer than the table: skips the table's bits to the node the entry names
+// and walks on bit by bit. -1 when the data ends first or a child is missing.
+int WalkTree(const Tree& t, const BitSource& src, const Entry& e, int width, uint64_t& pos) {
+  int node = NodeOf(e);
   const uint64_t total = src.TotalBits();
+  if (node == 0 || pos + static_cast<uint64_t>(width) > total) return -1;
+  pos += static_cast<uint64_t>(width);
   while (t.value[node] < 0) {
     if (pos >= total) return -1;
     node = t.child[node][src.Bit(pos++)];
@@ -226,36 +237,54 @@ bool DecodeData(const Tree& t, const uint8_t* data, size_t size, uint8_t* out,
   const Entry* multi = tables.multi.data();
   const uint8_t* count = tables.count.data();
   const BitSource src(data, size);
-  uint64_t pos = 0;
-  // Fast loop: 56 bits from the input with a marker bit above them; five entries of at
-  // most 11 bits each fit, and the marker's final place tells how many bits they used.
-  // Each entry stores four bytes and keeps up to three, so sixteen bytes of room are needed.
-  constexpr uint64_t kWindow = (uint64_t{1} << 56) - 1, kMarker = uint64_t{1} << 56;
-  const uint64_t posLimit = size >= 8 ? (uint64_t{size} - 7) * 8 : 0;  // 8 bytes readable
+  const uint8_t* in = data;
+  const uint8_t* const inEnd = data + size;
+  uint64_t bits = 0;
+  unsigned avail = 0;
+  // Fast loop. A refill loads eight bytes whose address was known since the previous one
+  // and leaves at least 56 bits buffered: enough for five entries of at most 11 bits. Each
+  // entry stores four bytes and keeps up to three, so sixteen bytes of room are needed.
   uint8_t* const outLimit = outEnd - std::min<ptrdiff_t>(outEnd - out, 16);
-  while (pos < posLimit && out < outLimit) {
-    uint64_t bits = ((Load64(data + (pos >> 3)) >> (pos & 7)) & kWindow) | kMarker;
+  while (inEnd - in >= 8 && out < outLimit) {
+    bits |= Load64(in) << avail;
+    in += (63 - avail) >> 3;
+    avail |= 56;
     for (int k = 0; k < 5; ++k) {
       const uint32_t index = bits & mask;
       std::memcpy(out, &multi[index], 4);
       out += count[index];
-      bits >>= multi[index].bits;
+      const unsigned used = multi[index].bits;
+      bits >>= used;
+      avail -= used;
     }
-    // The marker is still in bits, which are therefore never 0.
-    pos += static_cast<uint64_t>(__builtin_clzll(bits) - 7);
-    // A bits-0 entry uses no bits, so once hit it repeats to the end of the group.
+    // A bits-0 entry uses no bits, so once hit it repeats to the end of the group and is
+    // found here. Fewer than 11 buffered bits may remain, so the index can be a false
+    // alarm; the slow path reads the data again.
     if (multi[bits & mask].bits == 0) {
-      const int v = WalkTree(t, src, pos);
-      if (v < 0) return false;
-      *out++ = static_cast<uint8_t>(v);
+      uint64_t pos = static_cast<uint64_t>(in - data) * 8 - avail;
+      const Entry& e = tables.single[src.Peek(pos, mask)];
+      if (e.bits == 0) {
+        const int v = WalkTree(t, src, e, width, pos);
+        if (v < 0) return false;
+        *out++ = static_cast<uint8_t>(v);
+        // Restart the buffer at the new position.
+        in = data + (pos >> 3);
+        bits = 0;
+        avail = 0;
+        if (in < inEnd) {
+          bits = *in++ >> (pos & 7);
+          avail = 8 - static_cast<unsigned>(pos & 7);
+        }
+      }
     }
   }
+  uint64_t pos = static_cast<uint64_t>(in - data) * 8 - avail;
   // Tail: one symbol at a time with every bound checked.
   const uint64_t total = src.TotalBits();
   while (out < outEnd) {
     const Entry e = tables.single[src.Peek(pos, mask)];
     if (e.bits == 0) {
-      const int v = WalkTree(t, src, pos);
+      const int v = WalkTree(t, src, e, width, pos);
       if (v < 0) return false;
       *out++ = static_cast<uint8_t>(v);
       continue;
