@@ -52,7 +52,9 @@ Text PlainText(size_t bytes, int variant) {
   // Natural-looking text; the variant makes every content differ from the last one.
   static const char16_t* words[] = {u"clip ", u"board ", u"paste ", u"entry ", u"queue ",
                                     u"Marquill ", u"text ", u"copy ", u"line\r\n", u"rich "};
-  Text text = u"#" + ToDecimal(variant) + u" ";
+  Text text(u"#");
+  text += ToDecimal(variant);
+  text += u' ';
   for (size_t i = 0; text.size() * 2 < bytes; ++i) text += words[(i * 7 + variant) % 10];
   text.resize(bytes / 2);
   return text;

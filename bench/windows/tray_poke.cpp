@@ -1,11 +1,14 @@
 // Drives a running marquill.exe for screenshots, as the shell and a user would:
 //   tray_poke menu      the tray icon's left button: the tray menu at the mouse position
 //   tray_poke case      the tray menu with its CaseChange submenu open
+//   tray_poke right     the tray icon's right button (runs the "Set_RC_Op" action)
+//   tray_poke copy TEXT puts TEXT on the clipboard, as a copy in another program would
 //   tray_poke hotkey N  CTRL+N (N a digit)
 //   tray_poke close     closes open menus
 // Returns 0 when what was asked for is on screen.
 #include <windows.h>
 
+#include <cstring>
 #include <cwchar>
 
 namespace {
@@ -63,6 +66,23 @@ int wmain(int argc, wchar_t** argv) {
       if (!WaitMenus(2)) return 1;
     }
     return 0;
+  }
+  if (!wcscmp(argv[1], L"right")) {
+    PostMessageW(main, WM_LBUTTONDOWN, 1, WM_RBUTTONDOWN);
+    return 0;
+  }
+  if (!wcscmp(argv[1], L"copy") && argc > 2) {
+    size_t bytes = (wcslen(argv[2]) + 1) * sizeof(wchar_t);
+    for (int i = 0; i < 50 && !OpenClipboard(nullptr); ++i) Sleep(10);
+    EmptyClipboard();
+    HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, bytes);
+    memcpy(GlobalLock(memory), argv[2], bytes);
+    GlobalUnlock(memory);
+    bool done = SetClipboardData(CF_UNICODETEXT, memory) != nullptr;
+    if (!done) GlobalFree(memory);
+    CloseClipboard();
+    Sleep(400);  // past the capture's debounce
+    return done ? 0 : 1;
   }
   if (!wcscmp(argv[1], L"hotkey") && argc > 2) {
     Key(VK_CONTROL, false);
