@@ -15,24 +15,11 @@
 #include "platform/win32/MessageWindow.h"
 #include "platform/win32/Strings.h"
 
+#include "Pump.h"
+
 namespace mq::win32 {
 namespace {
 
-template <typename Done>
-bool PumpUntil(Done done, DWORD timeoutMs = 5000) {
-  DWORD start = GetTickCount();
-  for (;;) {
-    MSG msg;
-    while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
-      TranslateMessage(&msg);
-      DispatchMessageW(&msg);
-    }
-    if (done()) return true;
-    if (GetTickCount() - start > timeoutMs) return false;
-    MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
-  }
-}
-void PumpFor(DWORD ms) { PumpUntil([] { return false; }, ms); }
 
 UINT Registered(const wchar_t* name) { return RegisterClipboardFormatW(name); }
 

@@ -15,6 +15,8 @@
 #include "ui/win32/AlphaImage.h"
 #include "ui/win32/cMenuItems.h"
 
+#include "Pump.h"
+
 namespace mq::win32 {
 namespace {
 
@@ -54,20 +56,6 @@ struct Tray {
                   &settings, &help, &about, &exit};
   }
 };
-
-bool PumpUntil(const std::function<bool()>& done, DWORD timeoutMs) {
-  const DWORD start = GetTickCount();
-  while (!done()) {
-    if (GetTickCount() - start > timeoutMs) return false;
-    MSG msg;
-    while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
-      TranslateMessage(&msg);
-      DispatchMessageW(&msg);
-    }
-    MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
-  }
-  return true;
-}
 
 TEST(cMenuItems, MeasuresScaleWithDpi) {
   Tray tray;
