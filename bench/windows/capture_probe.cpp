@@ -27,10 +27,10 @@ namespace {
 // Moves a second per call, so the debounce never holds a capture back.
 class SteppingClock : public TickClock {
  public:
-  uint32_t TickCount() override { return now_ += 1000; }
+  uint64_t TickCount() override { return now_ += 1000; }
 
  private:
-  uint32_t now_ = 1000;
+  uint64_t now_ = 1000;
 };
 
 class QuietBoxes : public MessageBoxes {

@@ -94,7 +94,6 @@ bool frmMain::Form_Load() {
   } else {
     ResetAllSettings();
   }
-  StartHotkeys();
   return true;
 }
 
@@ -122,6 +121,8 @@ bool frmMain::ReadStartupSettings(bool& corrupt) {
   if (settings.Failed()) return false;
 
   if (!ConfigureHotkeys() || settings.Failed()) return false;
+  // Live from here on, also while a start-up message below waits for the user.
+  StartHotkeys();
 
   PairResult enabled = ReadStartupPair(settings, kEnabledRule);
   TrayAdd(101);
@@ -157,6 +158,7 @@ void frmMain::ResetAllSettings() {
   // The hotkeys take the keys the reset just wrote.
   hkPaste_->SetVKey(49);
   for (int i = 0; i < 4; ++i) hkFunc_[i]->SetVKey(50 + i);
+  StartHotkeys();
   if (trayAdded_) {
     TrayModify(101);
   } else {

@@ -30,12 +30,9 @@ Text FullMessageText() {
 void ClipOperations::AddClipEntry(bool purge, int16_t caseOp) {
   // A change that arrives while our own message box is open is passed on, not captured.
   if (inMessageBox_) return;
-  uint32_t now = d_.clock.TickCount();
-  // Before the first capture there is nothing to debounce against; comparing with tick 0
-  // would shut capture out for weeks when the machine has been up for more than 24.8 days.
-  if (captured_ && TicksSince(now, LastAddTick) < kDebounceMs && !CaptureRetry) return;
+  uint64_t now = d_.clock.TickCount();
+  if (WithinMs(now, LastAddTick, kDebounceMs) && !CaptureRetry) return;
   LastAddTick = now;
-  captured_ = true;
 
   if (TryCapture(purge, caseOp) == Attempt::Done) return;
   if (!CaptureRetry) {
@@ -64,9 +61,7 @@ ClipOperations::Attempt ClipOperations::TryCapture(bool purge, int16_t caseOp) {
 
   if (d_.store.FindFreeSlot() < 0) {
     // A late echo of our own paste is not an offer, so it never reports a full list.
-    if (TicksSince(d_.clock.TickCount(), LastPasteTick) < kEchoWindowMs &&
-        content == LastPastedText)
-      return Attempt::Done;
+    if (IsPasteEcho(content)) return Attempt::Done;
     ShowFull();
     return Attempt::Done;
   }
@@ -92,11 +87,14 @@ ClipOperations::Attempt ClipOperations::TryCapture(bool purge, int16_t caseOp) {
     display = content;
   }
 
-  if (TicksSince(d_.clock.TickCount(), LastPasteTick) < kEchoWindowMs && content == LastPastedText)
-    return Attempt::Done;
+  if (IsPasteEcho(content)) return Attempt::Done;
 
   d_.store.Append(std::move(content), format, display);
   return Attempt::Done;
+}
+
+bool ClipOperations::IsPasteEcho(TextView content) {
+  return WithinMs(d_.clock.TickCount(), LastPasteTick, kEchoWindowMs) && content == LastPastedText;
 }
 
 void ClipOperations::ShowFull() {
@@ -134,23 +132,42 @@ bool ClipOperations::PasteFirstEntry(bool deleteOnPaste) {
   return true;
 }
 
+namespace {
+// True when the clipboard holds this one textual format and nothing else (the formats the
+// system synthesises from plain text aside), so that writing it would change nothing.
+bool HoldsExactly(const ClipboardData& data, int16_t format, TextView text, std::string_view rtf) {
+  if (data.hasOther || data.format != format) return false;
+  if (format == kFormatRich) return !data.hasText && data.rtf == rtf;
+  return format == kFormatPlain && !data.hasRich && data.text == text;
+}
+}  // namespace
+
+void ClipOperations::WriteRewrite(const ClipboardData& current, Content content) {
+  if (HoldsExactly(current, content.format, content.text, content.rtf)) return;
+  bool written = content.format == kFormatRich ? d_.clipboard.WriteRich(content.rtf)
+                                               : d_.clipboard.WriteText(content.text);
+  if (written) lastRewrite_ = std::move(content);
+}
+
 void ClipOperations::RewriteInPlace(bool purge, int16_t caseOp) {
   FlagScope guard(SelfWrite);
   ClipboardData data;
   if (!d_.clipboard.Read(purge ? ClipRead::PlainOnly : ClipRead::PreferRich, data)) return;
   if (data.isPrivate) return;
+  // Our own write coming back, whatever the order of the viewers before us.
+  if (HoldsExactly(data, lastRewrite_.format, lastRewrite_.text, lastRewrite_.rtf)) return;
   if (data.format == kFormatRich) {
-    Bytes rtf = std::move(data.rtf);
+    Bytes rtf = data.rtf;
     if (RichCaseChange(d_.rtbFormat, caseOp, d_.cases, rtf)) {
       d_.rtbFormat.Clear();
-      d_.clipboard.WriteRich(rtf);
+      WriteRewrite(data, {kFormatRich, Text(), std::move(rtf)});
       return;
     }
     // A document the box cannot read: fall back to the plain text, if there is any.
     if (!d_.clipboard.Read(ClipRead::PlainOnly, data) || data.format != kFormatPlain) return;
   }
   if (data.format != kFormatPlain) return;  // nothing textual: leave the content alone
-  d_.clipboard.WriteText(ApplyCaseOp(caseOp, data.text, d_.cases));
+  WriteRewrite(data, {kFormatPlain, ApplyCaseOp(caseOp, data.text, d_.cases), Bytes()});
 }
 
 void ClipOperations::RewritePlainText(int16_t caseOp) {
@@ -158,7 +175,7 @@ void ClipOperations::RewritePlainText(int16_t caseOp) {
   ClipboardData data;
   if (!d_.clipboard.Read(ClipRead::PlainOnly, data) || data.isPrivate) return;
   if (data.format != kFormatPlain) return;
-  d_.clipboard.WriteText(ApplyCaseOp(caseOp, data.text, d_.cases));
+  WriteRewrite(data, {kFormatPlain, ApplyCaseOp(caseOp, data.text, d_.cases), Bytes()});
 }
 
 }  // namespace mq

@@ -41,31 +41,44 @@ class ClipOperations {
 
   // Single mode: rewrite the clipboard's content in place with the case operation (rich
   // text through the rich-text box unless formatting is purged). Content without text, or
-  // marked private, is left alone.
+  // marked private, is left alone. A rewrite whose result is what the clipboard holds
+  // already writes nothing, and the clipboard holding exactly what the last rewrite put
+  // there is that rewrite's own echo: another viewer before us in the chain passes the
+  // notice on only after SelfWrite has been cleared, and answering it would loop forever.
   void RewriteInPlace(bool purge, int16_t caseOp);
   // The case commands in single mode: the clipboard's plain text, case-changed, as plain text.
   void RewritePlainText(int16_t caseOp);
 
   bool SelfWrite = false;
   // Capture state.
-  uint32_t LastAddTick = 0;
+  uint64_t LastAddTick = 0;
   Text LastCapturedText;
   bool CaptureRetry = false;
   // Paste bookkeeping, read by the capture to ignore the echo of a paste.
   Text LastPastedText;
-  uint32_t LastPasteTick = 0;
+  uint64_t LastPasteTick = 0;
 
-  static constexpr int32_t kDebounceMs = 250;
-  static constexpr int32_t kEchoWindowMs = 500;
+  static constexpr uint64_t kDebounceMs = 250;
+  static constexpr uint64_t kEchoWindowMs = 500;
 
  private:
   enum class Attempt { Done, Failed };
   Attempt TryCapture(bool purge, int16_t caseOp);
   void ShowFull();
+  bool IsPasteEcho(TextView content);
+
+  // One textual format as the single-mode rewrite puts it on the clipboard.
+  struct Content {
+    int16_t format = 0;
+    Text text;  // plain text
+    Bytes rtf;  // rich text
+  };
+  // Writes the content unless the clipboard (as read into `current`) holds exactly it.
+  void WriteRewrite(const ClipboardData& current, Content content);
 
   Deps d_;
   bool inMessageBox_ = false;
-  bool captured_ = false;  // LastAddTick holds a real tick
+  Content lastRewrite_;  // what the last single-mode rewrite wrote
 };
 
 }  // namespace mq

@@ -182,6 +182,11 @@ void MergeEntries(ListContext& context, const std::vector<ListEntry>& loaded, Lo
 LoadResult LoadListFile(ListContext& context, TextView path, LoadMode mode, bool isProtected,
                         TextView password) {
   LoadResult result;
+  // Larger than any list can be: not one of ours, and not worth reading into memory.
+  if (context.files.Length(path).value_or(0) > kMaxListFileBytes) {
+    result.status = LoadStatus::NotDecoded;
+    return result;
+  }
   Bytes file;
   if (!context.files.ReadAll(path, file, result.error)) {
     result.status = LoadStatus::FileError;
@@ -200,7 +205,7 @@ LoadResult LoadListFile(ListContext& context, TextView path, LoadMode mode, bool
 Text ReadFileMagic(FileSystem& files, TextView path) {
   Bytes data;
   Text error;
-  if (!files.Length(path) || !files.ReadAll(path, data, error)) return Text();
+  if (!files.Length(path) || !files.ReadHead(path, 4, data, error)) return Text();
   Text mark;
   for (size_t i = 0; i < 4; ++i) {
     const auto b = i < data.size() ? static_cast<uint8_t>(data[i]) : uint8_t{0};
@@ -210,6 +215,10 @@ Text ReadFileMagic(FileSystem& files, TextView path) {
 }
 
 bool FileExists(FileSystem& files, TextView path) { return files.Length(path).has_value(); }
+
+bool IsListFileSize(FileSystem& files, TextView path) {
+  return files.Length(path).value_or(0) <= kMaxListFileBytes;
+}
 
 Text FileNameOnly(TextView path) {
   const size_t slash = path.rfind(u'\\');

@@ -37,6 +37,11 @@ namespace FileOperations {
 // Entry type of a text that the ANSI code page cannot hold: its UTF-16LE bytes are stored.
 constexpr int16_t kTypeUnicode = 13;
 
+// The largest file a list can be. The Huffman container records its resource file's length
+// as a signed 32-bit number and stores rather than codes whatever would grow, so no list
+// file exceeds 2 GiB by more than its marks and code table (far less than 64 KiB).
+constexpr uint64_t kMaxListFileBytes = 0x7FFFFFFFull + 64 * 1024;
+
 enum class LoadMode { OpenAsNew = 0, InsertBeforeCurrent = 1, AppendAfterCurrent = 2 };
 
 struct SaveResult {
@@ -82,9 +87,11 @@ LoadResult LoadListFile(ListContext& context, TextView path, LoadMode mode,
 void MergeEntries(ListContext& context, const std::vector<ListEntry>& loaded, LoadMode mode);
 
 // The first four bytes with CR and "0".."Z" kept and every other byte (also a missing one)
-// as "x"; an empty text when the file cannot be read.
+// as "x"; an empty text when the file cannot be read. Only those bytes are read.
 Text ReadFileMagic(FileSystem& files, TextView path);
 bool FileExists(FileSystem& files, TextView path);
+// False for a file larger than kMaxListFileBytes: whatever its first bytes say, it is no list.
+bool IsListFileSize(FileSystem& files, TextView path);
 // The text after the last backslash; empty when there is none.
 Text FileNameOnly(TextView path);
 

@@ -17,6 +17,9 @@ struct ClipboardData {
   bool isPrivate = false;  // marked by a password manager: never captured or rewritten
   bool hasText = false;
   bool hasRich = false;
+  // Any format beyond the text (with what the system synthesises from it: ANSI, OEM and
+  // locale) and the rich text: a picture, HTML, a file list, an application's own data.
+  bool hasOther = false;
   int16_t format = 0;  // what was read: 1 plain text, -16639 rich text, 0 nothing
   Text text;           // set when format is 1
   Bytes rtf;           // set when format is -16639

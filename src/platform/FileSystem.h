@@ -16,6 +16,8 @@ class FileSystem {
   virtual bool IsDirectory(TextView path) = 0;
   // On failure, error holds the system's description of it.
   virtual bool ReadAll(TextView path, Bytes& out, Text& error) = 0;
+  // At most `count` bytes from the start of the file (fewer when it is shorter).
+  virtual bool ReadHead(TextView path, size_t count, Bytes& out, Text& error) = 0;
   // Writes a temporary file beside path and renames it over path only when complete, so a
   // failed write leaves an existing file untouched.
   virtual bool WriteAllAtomic(TextView path, std::string_view data, Text& error) = 0;

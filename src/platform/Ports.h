@@ -11,12 +11,15 @@ namespace mq {
 class TickClock {
  public:
   virtual ~TickClock() = default;
-  // Milliseconds since system start; wraps at 2^32 (differences are taken as signed 32-bit).
-  virtual uint32_t TickCount() = 0;
+  // Milliseconds since system start, 64 bits wide: it never wraps while a machine runs.
+  virtual uint64_t TickCount() = 0;
 };
 
-inline int32_t TicksSince(uint32_t now, uint32_t then) {
-  return static_cast<int32_t>(now - then);
+// True when `now` lies less than `windowMs` after `then`. A 32-bit counter would turn gaps
+// of more than 24.8 days negative and so "inside" every window; a 64-bit one cannot, and a
+// `then` in the future (a clock that went back) counts as outside.
+inline bool WithinMs(uint64_t now, uint64_t then, uint64_t windowMs) {
+  return now >= then && now - then < windowMs;
 }
 
 class KeySender {

@@ -55,6 +55,24 @@ bool StdFileSystem::ReadAll(TextView path, Bytes& out, Text& error) {
   return true;
 }
 
+bool StdFileSystem::ReadHead(TextView path, size_t count, Bytes& out, Text& error) {
+  errno = 0;
+  std::ifstream in(ToPath(path), std::ios::binary);
+  if (!in) {
+    error = DescribeErrno(errno ? errno : EIO);
+    return false;
+  }
+  Bytes data(count, '\0');
+  in.read(data.data(), static_cast<std::streamsize>(count));
+  if (in.bad()) {
+    error = DescribeErrno(errno ? errno : EIO);
+    return false;
+  }
+  data.resize(static_cast<size_t>(in.gcount()));
+  out = std::move(data);
+  return true;
+}
+
 bool StdFileSystem::WriteAllAtomic(TextView path, std::string_view data, Text& error) {
   const fs::path target = ToPath(path);
   fs::path temp = target;

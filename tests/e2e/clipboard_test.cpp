@@ -150,6 +150,43 @@ TEST_F(Clipboard, SingleModeRewritesTheClipboardInPlace) {
   EXPECT_TRUE(Rows().empty());
 }
 
+TEST_F(Clipboard, AnotherViewerAfterMarquillCausesNoRewriteLoop) {
+  // Single mode, UPPER CASE; a right-click on the tray icon selects lower case.
+  StartMarquill({{L"Set_Mo", L"1"}, {L"Set_Op", L"3"}, {L"Set_RC_Op", L"7"}});
+  OtherClipboardViewer other;
+  ASSERT_TRUE(other.Joined());
+
+  // One copy: the copy's own notice and exactly one rewrite.
+  ASSERT_TRUE(SetClipboardText(L"make me loud"));
+  EXPECT_TRUE(WaitForClipboardText(L"MAKE ME LOUD"));
+  EXPECT_TRUE(other.WaitSettled()) << other.Notices() << " notices and counting";
+  EXPECT_EQ(other.Notices(), 2);
+  EXPECT_EQ(ClipboardText(), L"MAKE ME LOUD");
+
+  // A case command from the tray rewrites once, and its echo is left alone.
+  int before = other.Notices();
+  app.TrayClick(WM_RBUTTONDOWN);
+  EXPECT_TRUE(WaitForClipboardText(L"make me loud"));
+  EXPECT_TRUE(other.WaitSettled()) << other.Notices() << " notices and counting";
+  EXPECT_EQ(other.Notices() - before, 1);
+  EXPECT_TRUE(Rows().empty());
+  ASSERT_TRUE(app.Close());
+
+  // Multi mode behind the same viewer: one copy, one row.
+  Marquill multi;
+  WriteSettings({{L"Set_Mo", L"2"}, {L"Set_Op", L"1"}});
+  ASSERT_TRUE(multi.Start());
+  ASSERT_TRUE(multi.WaitReady());
+  HWND multiList = FindChild(FindTopWindow(L"Clip List", nullptr, multi.Pid()), L"ListBox");
+  ASSERT_NE(multiList, nullptr);
+  OtherClipboardViewer later;
+  ASSERT_TRUE(later.Joined());
+  ASSERT_TRUE(SetClipboardText(L"just once"));
+  EXPECT_TRUE(WaitFor([&] { return ListBoxRows(multiList).size() == 1; }));
+  EXPECT_TRUE(later.WaitSettled());
+  EXPECT_EQ(ListBoxRows(multiList), std::vector<std::wstring>{L"\tjust once"});
+}
+
 TEST_F(Clipboard, PasswordManagerMarkedContentIsIgnored) {
   StartMarquill();
   ASSERT_TRUE(SetClipboardText(L"visible"));

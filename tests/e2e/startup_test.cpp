@@ -55,6 +55,24 @@ TEST_F(EndToEnd, CorruptValuesGiveOneMessage) {
   EXPECT_TRUE(app.Close());
 }
 
+TEST_F(EndToEnd, HotkeysAreLiveWhileTheCorruptSettingsMessageIsOpen) {
+  WriteSettings({{L"Set_FO", L"abc"}});
+  Marquill app;
+  ASSERT_TRUE(app.Start());
+  HWND box = WaitForMessageBox(L"Error: Corrupt Settings.", 30s, app.Pid());
+  ASSERT_NE(box, nullptr);
+  // Marquill holds CTRL+1 already, so this process cannot take it.
+  HWND probe = CreateWindowExW(0, L"Static", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr,
+                               nullptr);
+  bool taken = RegisterHotKey(probe, 1, MOD_CONTROL, '1');
+  if (taken) UnregisterHotKey(probe, 1);
+  DestroyWindow(probe);
+  EXPECT_FALSE(taken) << "CTRL+1 was free while the message was open";
+  EXPECT_TRUE(PressButton(box, IDOK));
+  ASSERT_TRUE(app.WaitReady());
+  EXPECT_TRUE(app.Close());
+}
+
 TEST_F(EndToEnd, SecondCopyReportsAndLeavesTheFirstRunning) {
   Marquill first;
   ASSERT_TRUE(first.Start());

@@ -31,6 +31,21 @@ bool HoldsDwordZero(const ClipboardSession& session, UINT format) {
   return value == 0;
 }
 
+// Anything besides the text with its synthesised siblings and the rich text. The private
+// marks do not count: marked content is never rewritten.
+bool HoldsOtherFormats(const Formats& f) {
+  for (UINT format = EnumClipboardFormats(0); format; format = EnumClipboardFormats(format)) {
+    switch (format) {
+      case CF_UNICODETEXT: case CF_TEXT: case CF_OEMTEXT: case CF_LOCALE:
+        continue;
+      default:
+        if (format == f.rich) continue;
+        return true;
+    }
+  }
+  return false;
+}
+
 }  // namespace
 
 Win32Clipboard::Win32Clipboard() : owner_(CreatePlainWindow(nullptr, L"Win32Clipboard")) {}
@@ -55,6 +70,7 @@ bool Win32Clipboard::Read(ClipRead mode, ClipboardData& out) {
     out.isPrivate = true;  // nothing of the content is copied into the program
     return true;
   }
+  out.hasOther = HoldsOtherFormats(F());
 
   if (mode == ClipRead::PreferRich && out.hasRich) {
     GlobalView view(session.Data(F().rich));

@@ -10,7 +10,7 @@ namespace mq::win32 {
 
 class Win32TickClock final : public TickClock {
  public:
-  uint32_t TickCount() override { return GetTickCount(); }
+  uint64_t TickCount() override { return GetTickCount64(); }
 };
 
 // Ctrl+V through SendInput. When Ctrl is already down (the user still holds it from CTRL+1)

@@ -88,6 +88,19 @@ bool Win32FileSystem::ReadAll(TextView path, Bytes& out, Text& error) {
   return true;
 }
 
+bool Win32FileSystem::ReadHead(TextView path, size_t count, Bytes& out, Text& error) {
+  FileHandle file(CreateFileW(W(Text(path)), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                              nullptr, OPEN_EXISTING, 0, nullptr));
+  if (!file) return Fail(error, GetLastError());
+  Bytes data(std::min<size_t>(count, 1u << 24), '\0');
+  DWORD got = 0;
+  if (!ReadFile(file.Get(), data.data(), static_cast<DWORD>(data.size()), &got, nullptr))
+    return Fail(error, GetLastError());
+  data.resize(got);
+  out = std::move(data);
+  return true;
+}
+
 bool Win32FileSystem::WriteAllAtomic(TextView path, std::string_view data, Text& error) {
   const Text target(path);
   // Wine: MoveFileExW replaces a read-only file, which Windows refuses; check first so a

@@ -16,6 +16,7 @@ class Win32FileSystem final : public FileSystem {
   std::optional<uint64_t> Length(TextView path) override;
   bool IsDirectory(TextView path) override;
   bool ReadAll(TextView path, Bytes& out, Text& error) override;
+  bool ReadHead(TextView path, size_t count, Bytes& out, Text& error) override;
   bool WriteAllAtomic(TextView path, std::string_view data, Text& error) override;
   bool Copy(TextView from, TextView to, Text& error) override;
   bool Delete(TextView path) override;

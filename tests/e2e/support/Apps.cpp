@@ -99,3 +99,67 @@ bool WaitForClipboardText(const std::wstring& text, Duration timeout) {
 }
 
 }  // namespace e2e
+
+namespace e2e {
+
+OtherClipboardViewer::OtherClipboardViewer() {
+  thread_ = std::thread([this] { Run(); });
+  WaitFor([&] { return ready_.load(); }, 5s);
+}
+
+OtherClipboardViewer::~OtherClipboardViewer() {
+  if (threadId_) PostThreadMessageW(threadId_, WM_QUIT, 0, 0);
+  if (thread_.joinable()) thread_.join();
+}
+
+void OtherClipboardViewer::Run() {
+  threadId_ = GetCurrentThreadId();
+  WNDCLASSW wc{};
+  wc.lpfnWndProc = Procedure;
+  wc.hInstance = GetModuleHandleW(nullptr);
+  wc.lpszClassName = L"MarquillTestOtherViewer";
+  RegisterClassW(&wc);
+  window_ = CreateWindowExW(0, wc.lpszClassName, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
+                            wc.hInstance, nullptr);
+  SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  SetLastError(0);
+  next_ = SetClipboardViewer(window_);
+  joined_ = window_ && (next_ || GetLastError() == 0);
+  // The greeting notice that joining sends is not a change.
+  notices_ = 0;
+  ready_ = true;
+  MSG msg;
+  while (GetMessageW(&msg, nullptr, 0, 0) > 0) DispatchMessageW(&msg);
+  ChangeClipboardChain(window_, next_);
+  DestroyWindow(window_);
+}
+
+LRESULT CALLBACK OtherClipboardViewer::Procedure(HWND hwnd, UINT message, WPARAM wParam,
+                                                 LPARAM lParam) {
+  auto* self = reinterpret_cast<OtherClipboardViewer*>(GetWindowLongPtrW(hwnd, GWLP_USERDATA));
+  if (!self) return DefWindowProcW(hwnd, message, wParam, lParam);
+  switch (message) {
+    case WM_DRAWCLIPBOARD:
+      ++self->notices_;
+      self->lastNotice_ = GetTickCount64();
+      return self->next_ ? SendMessageW(self->next_, message, wParam, lParam) : 0;
+    case WM_CHANGECBCHAIN:
+      if (reinterpret_cast<HWND>(wParam) == self->next_) {
+        self->next_ = reinterpret_cast<HWND>(lParam);
+        return 0;
+      }
+      return self->next_ ? SendMessageW(self->next_, message, wParam, lParam) : 0;
+    default:
+      return DefWindowProcW(hwnd, message, wParam, lParam);
+  }
+}
+
+bool OtherClipboardViewer::WaitSettled(Duration quiet, Duration limit) {
+  return WaitFor(
+      [&] {
+        return GetTickCount64() - lastNotice_.load() >= static_cast<ULONGLONG>(quiet.count());
+      },
+      limit, 50ms);
+}
+
+}  // namespace e2e

@@ -3,7 +3,9 @@
 
 #include <windows.h>
 
+#include <atomic>
 #include <string>
+#include <thread>
 
 #include "E2E.h"
 
@@ -34,6 +36,34 @@ class Editor {
   DWORD pid_ = 0;
   HWND window_ = nullptr;
   HWND edit_ = nullptr;
+};
+
+// Another clipboard viewer (a second clipboard manager, a remote-desktop client) that joins the
+// chain after Marquill, so it is notified first and passes every notice on from its own
+// thread. It counts the change notices it sees.
+class OtherClipboardViewer {
+ public:
+  OtherClipboardViewer();
+  ~OtherClipboardViewer();  // leaves the chain
+  OtherClipboardViewer(const OtherClipboardViewer&) = delete;
+  OtherClipboardViewer& operator=(const OtherClipboardViewer&) = delete;
+
+  bool Joined() const { return joined_; }
+  int Notices() const { return notices_; }
+  // Waits until no notice has come for `quiet`; false when they never stop within `limit`.
+  bool WaitSettled(Duration quiet = 1500ms, Duration limit = 10s);
+
+ private:
+  static LRESULT CALLBACK Procedure(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+  void Run();
+
+  std::thread thread_;
+  std::atomic<DWORD> threadId_{0};
+  std::atomic<bool> joined_{false}, ready_{false};
+  std::atomic<int> notices_{0};
+  std::atomic<ULONGLONG> lastNotice_{0};
+  HWND window_ = nullptr;
+  HWND next_ = nullptr;
 };
 
 // Waits until the clipboard's text is this text.

@@ -179,6 +179,21 @@ TEST(Startup, DisabledHotkeySlotStaysUnregistered) {
   EXPECT_EQ(h.hotkeys.registrations.size(), 4u);
 }
 
+TEST(Startup, HotkeysAreLiveWhileAStartupMessageWaits) {
+  // A repair (its message at the end of start-up), then a store failure (the reset's message).
+  for (bool storeFails : {false, true}) {
+    MainHarness h;
+    h.port.Set(u"Set_FO", u"abc");
+    if (storeFails) h.port.failKey = u"Set_En";
+    size_t registeredWhileShown = 0;
+    h.messages.onShow = [&] { registeredWhileShown = h.hotkeys.registrations.size(); };
+    h.main.Form_Load();
+    ASSERT_EQ(h.messages.shown.size(), 1u);
+    EXPECT_EQ(h.messages.shown[0].icon, storeFails ? MsgIcon::Critical : MsgIcon::Exclamation);
+    EXPECT_EQ(registeredWhileShown, 5u) << (storeFails ? "reset" : "repair");
+  }
+}
+
 TEST(Startup, AStoreFailureResetsEverySetting) {
   MainHarness h;
   h.port.Set(u"Set_Mo", u"1");     // single mode is reached before the failure...

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <random>
 
 #include "fakes/FakePorts.h"
@@ -74,13 +75,44 @@ TEST_F(Capture, IdenticalContentDebounceAndPictures) {
   EXPECT_TRUE(messages.shown.empty());
 }
 
-TEST_F(Capture, DebounceSurvivesTheTickCounterWrapping) {
+TEST_F(Capture, LongSilencesNeverHoldCaptureOrTheEchoRuleBack) {
+  constexpr uint64_t kDay = 24ull * 60 * 60 * 1000;
+  int expected = 0;
+  for (uint64_t silence : {25 * kDay, 50 * kDay}) {
+    // Capture switched off for weeks, then five copies a minute apart: all five are stored.
+    clock.Advance(silence);
+    for (int i = 0; i < 5; ++i) {
+      clock.Advance(60 * 1000);
+      clipboard.SetText(u"after " + ToDecimal(static_cast<long long>(silence / kDay)) + u" days " +
+                        ToDecimal(i));
+      ops.AddClipEntry(purge, caseOp);
+    }
+    expected += 5;
+    ASSERT_EQ(list.ListCount(), expected) << silence / kDay << " days";
+  }
+
+  // Copying exactly the last pasted text a month after the paste is a copy, not an echo.
+  Copy(u"pasted");
+  Copy(u"other");
+  ASSERT_TRUE(ops.PasteFirstEntry(true));
+  clock.Advance(30 * kDay);
+  clipboard.SetText(u"after 25 days 0");
+  ops.AddClipEntry(purge, caseOp);
+  EXPECT_EQ(RowTexts(list).back(), "\tafter 25 days 0");
+
+  // Across 2^32 ms of uptime, where a 32-bit tick counter wraps: 0x110 ms is past the
+  // debounce, 100 ms more is not.
   clock.now = 0xFFFFFF00u - 300;
-  Copy(u"A");                // captured at tick 0xFFFFFF00
-  clock.now = 0x00000010u;  // 0x110 ms later across the wrap: more than 250 ms
+  Copy(u"A");  // at 0xFFFFFF00
+  clock.now = 0x100000010ull;
   clipboard.SetText(u"B");
   ops.AddClipEntry(purge, caseOp);
-  EXPECT_EQ(list.ListCount(), 2);
+  EXPECT_EQ(RowTexts(list).back(), "\tB");
+  clock.Advance(100);
+  clipboard.SetText(u"C");
+  ops.AddClipEntry(purge, caseOp);
+  EXPECT_EQ(RowTexts(list).back(), "\tB");
+  EXPECT_TRUE(store.InvariantsHold());
 }
 
 TEST_F(Capture, PurgeDecidesBetweenRichAndPlain) {
@@ -337,6 +369,79 @@ TEST_F(SingleMode, RewritesInPlace) {
   EXPECT_FALSE(clipboard.hasRich);
   EXPECT_EQ(ToUtf8(clipboard.text), "XYZ");
   EXPECT_EQ(list.ListCount(), 0);
+}
+
+// Another clipboard viewer that joined after us is notified first and hands each notice on
+// only after our own write has returned, so it reaches us with SelfWrite already clear. The
+// harness queues every notice a write causes and delivers it afterwards, as that viewer does.
+class SingleModeBehindAnotherViewer : public SingleMode {
+ protected:
+  // One user copy (already on the fake clipboard) and every echo that follows it; returns
+  // the number of writes. Stops at 50 notices: a rewrite loop never settles.
+  int Settle(const std::function<void()>& first) {
+    int pending = 0;
+    clipboard.onWrite = [&] { ++pending; };
+    int before = clipboard.writes;
+    first();
+    for (int notices = 0; pending > 0 && notices < 50; ++notices) {
+      --pending;
+      EXPECT_FALSE(ops.SelfWrite);
+      ops.RewriteInPlace(purge, caseOp);
+    }
+    EXPECT_EQ(pending, 0) << "the rewrites never settled";
+    clipboard.onWrite = nullptr;
+    return clipboard.writes - before;
+  }
+  int Copied() { return Settle([&] { ops.RewriteInPlace(purge, caseOp); }); }
+};
+
+TEST_F(SingleModeBehindAnotherViewer, EachCopyIsRewrittenAtMostOnce) {
+  caseOp = kCaseUpper;
+  clipboard.SetText(u"make me loud");
+  EXPECT_EQ(Copied(), 1);
+  EXPECT_EQ(ToUtf8(clipboard.text), "MAKE ME LOUD");
+
+  // Rich text with its plain text beside it: rewritten once to the rich text alone.
+  clipboard.SetRich("{\\rtf1 \\b quiet}", true, u"quiet");
+  EXPECT_EQ(Copied(), 1);
+  EXPECT_EQ(clipboard.rtf, "{\\rtf1 QUIET}");
+  EXPECT_FALSE(clipboard.hasText);
+
+  // Content that already is what the rewrite gives: the clipboard is left untouched.
+  clipboard.SetText(u"ALREADY LOUD");
+  EXPECT_EQ(Copied(), 0);
+  clipboard.SetRich("{\\rtf1 \\b LOUD}", false);
+  EXPECT_EQ(Copied(), 0);
+  EXPECT_EQ(clipboard.rtf, "{\\rtf1 \\b LOUD}") << "unchanged rich text keeps its formatting";
+  // ...unless other formats (a picture, HTML) sit beside the text: they go, once.
+  clipboard.SetText(u"LOUD WITH A PICTURE");
+  clipboard.hasOther = true;
+  EXPECT_EQ(Copied(), 1);
+  EXPECT_FALSE(clipboard.hasOther);
+
+  // Purged formatting turns rich text into plain text, once.
+  purge = true;
+  clipboard.SetRich("{\\rtf1 \\b mixed}", true, u"mixed");
+  EXPECT_EQ(Copied(), 1);
+  EXPECT_FALSE(clipboard.hasRich);
+  EXPECT_EQ(ToUtf8(clipboard.text), "MIXED");
+}
+
+TEST_F(SingleModeBehindAnotherViewer, ACaseCommandRewritesOnceAndItsEchoIsIgnored) {
+  caseOp = kCaseLower;
+  clipboard.SetText(u"Some Text");
+  int loadsBefore = box.loads;
+  EXPECT_EQ(Settle([&] { ops.RewritePlainText(kCaseLower); }), 1);
+  EXPECT_EQ(ToUtf8(clipboard.text), "some text");
+  EXPECT_EQ(box.loads, loadsBefore);
+
+  // The echo of a rich rewrite is recognised before the box is loaded again.
+  purge = false;
+  caseOp = kCaseUpper;
+  clipboard.SetRich("{\\rtf1 \\i soft}", true, u"soft");
+  loadsBefore = box.loads;
+  EXPECT_EQ(Copied(), 1);
+  EXPECT_EQ(box.loads - loadsBefore, 1);
 }
 
 TEST(ApplyCaseOp, WordStartsOnlyAfterTheListedSeparators) {

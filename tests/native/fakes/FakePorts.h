@@ -14,9 +14,9 @@ namespace mq::test {
 
 class FakeClock : public TickClock {
  public:
-  uint32_t TickCount() override { return now; }
-  void Advance(uint32_t ms) { now += ms; }
-  uint32_t now = 100000;
+  uint64_t TickCount() override { return now; }
+  void Advance(uint64_t ms) { now += ms; }
+  uint64_t now = 100000;
 };
 
 class FakeClipboard : public Clipboard {
@@ -31,6 +31,7 @@ class FakeClipboard : public Clipboard {
     out.isPrivate = isPrivate;
     out.hasText = hasText;
     out.hasRich = hasRich;
+    out.hasOther = hasOther;
     if (mode == ClipRead::PreferRich && hasRich) {
       out.format = kFormatRich;
       out.rtf = rtf;
@@ -70,12 +71,12 @@ class FakeClipboard : public Clipboard {
   }
   void SetPicture() { Empty(); }
   void Empty() {
-    hasText = hasRich = isPrivate = false;
+    hasText = hasRich = hasOther = isPrivate = false;
     text.clear();
     rtf.clear();
   }
 
-  bool hasText = false, hasRich = false, isPrivate = false;
+  bool hasText = false, hasRich = false, hasOther = false, isPrivate = false;
   Text text;
   Bytes rtf;
   int failReads = 0;

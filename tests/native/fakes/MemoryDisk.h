@@ -1,4 +1,6 @@
 // Files held in a map; writes can be made to fail the way a full disk or a locked file does.
+// A file can claim a length beyond its bytes (a video of gigabytes), and every byte handed out
+// is counted, so tests see how much a routine reads.
 #pragma once
 
 #include <map>
@@ -12,7 +14,8 @@ class MemoryDisk : public FileSystem {
   std::optional<uint64_t> Length(TextView path) override {
     auto it = files.find(Text(path));
     if (it == files.end()) return std::nullopt;
-    return it->second.size();
+    auto claimed = claimedLengths.find(Text(path));
+    return claimed != claimedLengths.end() ? claimed->second : it->second.size();
   }
   bool IsDirectory(TextView) override { return false; }
   bool ReadAll(TextView path, Bytes& out, Text& error) override {
@@ -22,6 +25,17 @@ class MemoryDisk : public FileSystem {
       return false;
     }
     out = it->second;
+    bytesRead += Length(path).value_or(0);
+    return true;
+  }
+  bool ReadHead(TextView path, size_t count, Bytes& out, Text& error) override {
+    auto it = files.find(Text(path));
+    if (it == files.end()) {
+      error = u"The system cannot find the file specified.";
+      return false;
+    }
+    out = it->second.substr(0, count);
+    bytesRead += out.size();
     return true;
   }
   bool WriteAllAtomic(TextView path, std::string_view data, Text& error) override {
@@ -45,6 +59,8 @@ class MemoryDisk : public FileSystem {
   }
 
   std::map<Text, Bytes> files;
+  std::map<Text, uint64_t> claimedLengths;
+  uint64_t bytesRead = 0;
   Text failWritesWith;
   int writes = 0;
 };

@@ -235,6 +235,30 @@ TEST_F(ListFiles, ReadingTypesAndOddRecords) {
             LoadStatus::NotDecoded);
 }
 
+TEST_F(ListFiles, AHugeFileIsJudgedByItsFirstBytesAndNeverReadWhole) {
+  // A video chosen by mistake: its mark is read from its first bytes alone.
+  files.files[u"film.mp4"] = Bytes("\0\0\0\x18" "ftypisom", 12);
+  files.claimedLengths[u"film.mp4"] = 4ull << 30;
+  EXPECT_EQ(ToUtf8(FileOperations::ReadFileMagic(files, u"film.mp4")), "xxxx");
+  EXPECT_LE(files.bytesRead, 4u);
+
+  // A file with a list's mark but larger than any list: refused before it is read.
+  files.files[u"huge.mql"] = "M2L\r";
+  files.claimedLengths[u"huge.mql"] = FileOperations::kMaxListFileBytes + 1;
+  files.bytesRead = 0;
+  EXPECT_EQ(ToUtf8(FileOperations::ReadFileMagic(files, u"huge.mql")), "M2L\r");
+  EXPECT_FALSE(FileOperations::IsListFileSize(files, u"huge.mql"));
+  Fill(1, "kept");
+  EXPECT_EQ(FileOperations::LoadListFile(context, u"huge.mql", LoadMode::OpenAsNew, false, u"")
+                .status,
+            LoadStatus::NotDecoded);
+  EXPECT_LE(files.bytesRead, 4u);
+  EXPECT_EQ(Queue(), (std::vector<std::string>{"kept0"}));
+
+  files.claimedLengths[u"huge.mql"] = FileOperations::kMaxListFileBytes;
+  EXPECT_TRUE(FileOperations::IsListFileSize(files, u"huge.mql"));
+}
+
 TEST_F(ListFiles, FileMarksAndNames) {
   files.files[u"p"] = "M2P\rrest";
   files.files[u"short"] = "M2";
