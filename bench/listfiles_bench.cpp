@@ -220,7 +220,7 @@ void BM_SaveLoadFullList(benchmark::State& state) {
     store.ClearAll();
     for (int k = 0; k < 100; ++k) {
       Text text = Widen(std::string_view(doc).substr(size_t(k) * 32768, 32768));
-      store.Append(text, kFormatPlain, text);
+      store.Append(ClipEntry::Plain(text), text);
     }
   };
   const auto dir = std::filesystem::temp_directory_path();
@@ -304,12 +304,11 @@ int WriteSeedCorpus(const std::filesystem::path& root) {
 
   const auto list = root / "listfile_read_fuzz";
   const Windows1252 cp;
-  const std::vector<ListEntry> entries = {
-      {u"A", kFormatPlain},
-      {Widen("{\\rtf1 \\b bold\\b0  text}"), kFormatRich},
-      {u"caf\u00E9 \u03A9", kFormatPlain},
-      {FromUtf8(text.substr(0, 400)), kFormatPlain}};
-  const std::vector<ListEntry> big = {{Text(40000, u'x'), kFormatPlain}, {u"tail", kFormatPlain}};
+  const std::vector<ClipEntry> entries = {
+      ClipEntry::Plain(u"A"), ClipEntry::Rich("{\\rtf1 \\b bold\\b0  text}"),
+      ClipEntry::Plain(u"caf\u00E9 \u03A9"), ClipEntry::Plain(FromUtf8(text.substr(0, 400)))};
+  const std::vector<ClipEntry> big = {ClipEntry::Plain(Text(40000, u'x')),
+                                      ClipEntry::Plain(u"tail")};
   // First byte: load mode (0-2), protected (bit 2), entries already in the list (bits 3-7).
   auto seed = [&](const std::string& name, uint8_t control, const Bytes& file) {
     WriteSeed(list, name, Bytes(1, static_cast<char>(control)) + file);

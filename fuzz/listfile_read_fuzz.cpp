@@ -29,7 +29,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   ListContext context{store, rtb, cp, files};
   for (int k = 0; k < existing; ++k) {
     Text text = u"old" + ToDecimal(k);
-    store.Append(text, k % 5 ? kFormatPlain : kFormatRich, text);
+    store.Append(k % 5 ? ClipEntry::Plain(text) : ClipEntry::Rich(Narrow(text)), text);
   }
   const auto before = FileOperations::CurrentEntries(store);
 

@@ -100,8 +100,7 @@ int wmain() {
   } port;
   Settings settings(port);
   frmList list(settings);
-  bool ending = false;
-  win32::ListWindow window(list, ending, true);
+  win32::ListWindow window(list, true);
   window.CreateHidden();
   ClipStore store(list.lstClip);
   win32::Win32Clipboard clipboard;
@@ -157,7 +156,7 @@ int wmain() {
   for (size_t bytes : {size_t{1024}, size_t{1024 * 1024}}) {
     std::vector<double> times;
     for (int run = 0; run < runs; ++run) {
-      store.Append(PlainText(bytes, run), kFormatPlain, u"entry");
+      store.Append(ClipEntry::Plain(PlainText(bytes, run)), u"entry");
       MSG msg{};
       double start = NowMs();
       PostMessageW(reinterpret_cast<HWND>(hkPaste.hwnd()), WM_HOTKEY, hkPaste.hAtom(),

@@ -28,9 +28,12 @@ VBHotKey::Design CtrlKeyDesign(int32_t vkey) {
 }  // namespace
 
 frmMain::frmMain(MainServices& services) : s_(services) {
-  hkPaste_ = std::make_unique<VBHotKey>(s_.hotkeys, s_.hotkeyControls, CtrlKeyDesign(49));
+  using settings::DefaultHotkeyVKey;
+  hkPaste_ = std::make_unique<VBHotKey>(s_.hotkeys, s_.hotkeyControls,
+                                        CtrlKeyDesign(DefaultHotkeyVKey(-1)));
   for (int i = 0; i < 4; ++i)
-    hkFunc_[i] = std::make_unique<VBHotKey>(s_.hotkeys, s_.hotkeyControls, CtrlKeyDesign(50 + i));
+    hkFunc_[i] = std::make_unique<VBHotKey>(s_.hotkeys, s_.hotkeyControls,
+                                            CtrlKeyDesign(DefaultHotkeyVKey(i)));
   hkPaste_->HotkeyPressed = [this] { hkPaste_HotkeyPressed(); };
   for (int i = 0; i < 4; ++i) hkFunc_[i]->HotkeyPressed = [this, i] { hkFunc_HotkeyPressed(i); };
   BuildMenu();
@@ -44,32 +47,31 @@ void frmMain::BuildMenu() {
     m.caption = caption;
     m.commandId = command;
   };
-  item(mnuPopUp, u"mnuPopUp", u"PopUp", 0);
-  item(mnuSide, u"mnuSide", u"sidebar", 0);
-  item(mnuEnVal, u"mnuEnVal", u"-{Raised}[ENABLED]", 0);
-  item(mnuEnable, u"mnuEnable", u"Disable Me{IMG:I1}", kCmdEnable);
-  item(mnuMode, u"mnuMode", u"To Single Mode", kCmdMode);
-  item(mnuBar3, u"mnuBar3", u"-", 0);
-  item(mnuList, u"mnuList", u"Show Clip List{IMG:I6|DEFAULT}", kCmdList);
-  item(mnuBar1, u"mnuBar1", u"-", 0);
-  item(mnuFormat, u"mnuFormat", u"Purge Formatting", kCmdFormat);
-  item(mnuOpHead, u"mnuOpHead", u"CaseChange", 0);
-  item(mnuOp_No, u"mnuOp_No", u"(No Change)", kCmdOpNo);
-  item(mnuOp_St, u"mnuOp_St", u"Standardize", kCmdOpSt);
-  item(mnuOp_UC, u"mnuOp_UC", u"UPPER CASE", kCmdOpUC);
-  item(mnuOp_lc, u"mnuOp_lc", u"lower case", kCmdOplc);
-  item(mnuBar2, u"mnuBar2", u"-", 0);
-  item(mnuSettings, u"mnuSettings", u"Settings{IMG:I3}", kCmdSettings);
-  item(mnuHelp, u"mnuHelp", u"Help{IMG:I7}", kCmdHelp);
-  item(mnuAbout, u"mnuAbout", u"About{IMG:I4}", kCmdAbout);
-  item(mnuExit, u"mnuExit", u"Exit{IMG:I5}", kCmdExit);
-  mnuOpHead.items = {&mnuOp_No, &mnuOp_St, &mnuOp_UC, &mnuOp_lc};
-  mnuPopUp.items = {&mnuSide, &mnuEnVal, &mnuEnable, &mnuMode,  &mnuBar3,
-                    &mnuList, &mnuBar1,  &mnuFormat, &mnuOpHead, &mnuBar2,
-                    &mnuSettings, &mnuHelp, &mnuAbout, &mnuExit};
+  item(mnuPopUp_, u"mnuPopUp", u"PopUp", 0);
+  item(mnuSide_, u"mnuSide", u"sidebar", 0);
+  item(mnuEnVal_, u"mnuEnVal", u"-{Raised}[ENABLED]", 0);
+  item(mnuEnable_, u"mnuEnable", u"Disable Me{IMG:I1}", kCmdEnable);
+  item(mnuMode_, u"mnuMode", u"To Single Mode", kCmdMode);
+  item(mnuBar3_, u"mnuBar3", u"-", 0);
+  item(mnuList_, u"mnuList", u"Show Clip List{IMG:I6|DEFAULT}", kCmdList);
+  item(mnuBar1_, u"mnuBar1", u"-", 0);
+  item(mnuFormat_, u"mnuFormat", u"Purge Formatting", kCmdFormat);
+  item(mnuOpHead_, u"mnuOpHead", u"CaseChange", 0);
+  item(mnuOp_No_, u"mnuOp_No", u"(No Change)", kCmdOpNo);
+  item(mnuOp_St_, u"mnuOp_St", u"Standardize", kCmdOpSt);
+  item(mnuOp_UC_, u"mnuOp_UC", u"UPPER CASE", kCmdOpUC);
+  item(mnuOp_lc_, u"mnuOp_lc", u"lower case", kCmdOplc);
+  item(mnuBar2_, u"mnuBar2", u"-", 0);
+  item(mnuSettings_, u"mnuSettings", u"Settings{IMG:I3}", kCmdSettings);
+  item(mnuHelp_, u"mnuHelp", u"Help{IMG:I7}", kCmdHelp);
+  item(mnuAbout_, u"mnuAbout", u"About{IMG:I4}", kCmdAbout);
+  item(mnuExit_, u"mnuExit", u"Exit{IMG:I5}", kCmdExit);
+  mnuOpHead_.items = {&mnuOp_No_, &mnuOp_St_, &mnuOp_UC_, &mnuOp_lc_};
+  mnuPopUp_.items = {&mnuSide_,   &mnuEnVal_,    &mnuEnable_, &mnuMode_,  &mnuBar3_,
+                     &mnuList_,   &mnuBar1_,     &mnuFormat_, &mnuOpHead_, &mnuBar2_,
+                     &mnuSettings_, &mnuHelp_, &mnuAbout_, &mnuExit_};
+  Render();
 }
-
-bool frmMain::Enabled() const { return Contains(mnuEnable.caption, u"Disable"); }
 
 bool frmMain::Form_Load() {
   // The guard comes before anything is read, registered or joined.
@@ -81,11 +83,10 @@ bool frmMain::Form_Load() {
   }
   s_.view.AttachClipboardMonitor();
   s_.view.ShowSplash();
-  menuStyle.fontName = u"Tahoma";
-  mnuSide.caption = SidebarCaption();
-  OsVersionText = mq::OsVersionText(s_.os);
-  IconBase = IconBaseFor(s_.os);
-  ModeText = u"Multi ";
+  menuStyle_.fontName = u"Tahoma";
+  mnuSide_.caption = SidebarCaption();
+  osVersionText_ = mq::OsVersionText(s_.os);
+  iconBase_ = IconBaseFor(s_.os);
 
   bool corrupt = false;
   s_.settings.ClearFailure();
@@ -103,11 +104,10 @@ bool frmMain::ReadStartupSettings(bool& corrupt) {
   Settings& settings = s_.settings;
 
   PairResult op = ReadStartupPair(settings, kCaseRule);
-  SetCaseState(static_cast<int16_t>(LeadingNumber(op.value) - 1));
-  if (op.repaired) {
-    mnuOpHead.caption = u"CaseChange (No)";
-    corrupt = true;
-  }
+  caseOp_ = static_cast<int16_t>(LeadingNumber(op.value) - 1);
+  caseRepaired_ = op.repaired;
+  corrupt |= op.repaired;
+  Render();
   if (settings.Failed()) return false;
 
   PairResult mode = ReadStartupPair(settings, kModeRule);
@@ -140,7 +140,7 @@ bool frmMain::ReadStartupSettings(bool& corrupt) {
 }
 
 void frmMain::ApplyFader(int opacity, int speed, bool noFade) {
-  NoFade = noFade;
+  noFade_ = noFade;
   FaderSettings fader = s_.list.Fader1;
   fader.opacity = opacity;
   if (!noFade) fader.fadeIn = speed;  // "No Fade" leaves the speed as it was
@@ -151,21 +151,23 @@ void frmMain::ApplyFader(int opacity, int speed, bool noFade) {
 void frmMain::ResetAllSettings() {
   settings::WriteResetValues(s_.settings);
   if (!Enabled()) mnuEnable_Click();
-  if (SingleMode) mnuMode_Click();
+  if (SingleMode()) mnuMode_Click();
   if (Purging()) mnuFormat_Click();
-  SetCaseState(kCaseNone);
-  ModeText = u"Multi ";
+  caseOp_ = kCaseNone;
+  caseRepaired_ = false;
+  Render();
   // The hotkeys take the keys the reset just wrote.
-  hkPaste_->SetVKey(49);
-  for (int i = 0; i < 4; ++i) hkFunc_[i]->SetVKey(50 + i);
+  hkPaste_->SetVKey(settings::DefaultHotkeyVKey(-1));
+  for (int i = 0; i < 4; ++i) hkFunc_[i]->SetVKey(settings::DefaultHotkeyVKey(i));
   StartHotkeys();
   if (trayAdded_) {
     TrayModify(101);
   } else {
     TrayAdd(101);
   }
-  NoFade = false;
-  s_.list.SetFader({75, 2, 2});
+  noFade_ = false;
+  const int speed = settings::FadeSpeedFor(settings::key::Set_FS.defaultValue);
+  s_.list.SetFader({settings::DefaultOpacity(), speed, speed});
   s_.settings.ClearFailure();
   s_.messages.Show(kUnknownText, kCorruptTitle, MsgIcon::Critical);
 }
@@ -198,7 +200,7 @@ void frmMain::Form_Unload() {
   unloaded_ = true;
   s_.files.Delete(s_.programFolder + u"\\temp.tmp");
   s_.files.Delete(s_.programFolder + u"\\temp2.tmp");
-  Ending = true;
+  s_.list.ProgramEnding();
   TrayDelete();
   hkPaste_->StopHotkey();
   for (auto& hotkey : hkFunc_) hotkey->StopHotkey();

@@ -67,38 +67,66 @@ class frmMain {
   // The clipboard monitor's change notification.
   void cpFlag_ClipboardChanged();
 
-  // Main state.
-  bool Enabled() const;
-  bool Purging() const { return mnuFormat.checked; }
-  int16_t CaseOp = kCaseNone;
-  bool SingleMode = false;
-  bool NoFade = false;
-  bool Ending = false;  // tells the clip list window that the program is ending
-  Text ModeText, FormatText, CaseText, OsVersionText;
-  int IconBase = 0;
+  // The main state. The menu's captions, check marks and visibility, the tip texts and the
+  // tray image are produced from it (Render); nothing reads them back.
+  bool Enabled() const { return enabled_; }
+  bool SingleMode() const { return singleMode_; }
+  bool Purging() const { return purge_; }
+  int16_t CaseOp() const { return caseOp_; }
+  bool ListShown() const { return listShown_; }
+  bool NoFade() const { return noFade_; }
+  const Text& ModeText() const { return modeText_; }
+  const Text& FormatText() const { return formatText_; }
+  const Text& CaseText() const { return caseText_; }
+  const Text& OsVersionText() const { return osVersionText_; }
+  int IconBase() const { return iconBase_; }
 
-  // The tray menu, in display order.
-  MenuItem mnuPopUp, mnuSide, mnuEnVal, mnuEnable, mnuMode, mnuBar3, mnuList, mnuBar1,
-      mnuFormat, mnuOpHead, mnuOp_No, mnuOp_St, mnuOp_UC, mnuOp_lc, mnuBar2, mnuSettings,
-      mnuHelp, mnuAbout, mnuExit;
-  MenuStyle menuStyle;
-  FlashModel frmFlash;
+  // The tray menu, in display order, as the menu engine draws it.
+  const MenuItem& mnuPopUp() const { return mnuPopUp_; }
+  const MenuItem& mnuEnVal() const { return mnuEnVal_; }
+  const MenuItem& mnuEnable() const { return mnuEnable_; }
+  const MenuItem& mnuMode() const { return mnuMode_; }
+  const MenuItem& mnuList() const { return mnuList_; }
+  const MenuItem& mnuBar1() const { return mnuBar1_; }
+  const MenuItem& mnuFormat() const { return mnuFormat_; }
+  const MenuItem& mnuOpHead() const { return mnuOpHead_; }
+  const MenuItem& mnuOp(int16_t caseOp) const;  // mnuOp_No, mnuOp_St, mnuOp_UC, mnuOp_lc
+  const MenuStyle& menuStyle() const { return menuStyle_; }
+  // What the notice window shows next.
+  const FlashModel& frmFlash() const { return frmFlash_; }
 
   VBHotKey& hkPaste() { return *hkPaste_; }
   VBHotKey& hkFunc(int index) { return *hkFunc_[index]; }
 
  private:
   void BuildMenu();
+  // Every caption, check mark, visibility and tip text from the state.
+  void Render();
   void SelectCase(int16_t code);
-  // CaseOp, the check marks, the submenu header and the tip part, without writing anything.
-  void SetCaseState(int16_t code);
   bool ReadStartupSettings(bool& corrupt);
   void ResetAllSettings();
   void ApplyFader(int opacity, int speed, bool noFade);
   void StartHotkeys();
-  void ShowFlash() { s_.flash.Show(frmFlash); }
+  void ShowFlash() { s_.flash.Show(frmFlash_); }
 
   MainServices& s_;
+  bool enabled_ = true;
+  bool singleMode_ = false;
+  bool purge_ = false;
+  int16_t caseOp_ = kCaseNone;
+  bool caseRepaired_ = false;    // the header reads "CaseChange (No)" until the next choice
+  Text enableImage_ = u"I1";     // the image token the last toggle of capturing chose
+  bool listShown_ = false;
+  bool noFade_ = false;
+  Text modeText_, formatText_, caseText_, osVersionText_;
+  int iconBase_ = 0;
+
+  MenuItem mnuPopUp_, mnuSide_, mnuEnVal_, mnuEnable_, mnuMode_, mnuBar3_, mnuList_, mnuBar1_,
+      mnuFormat_, mnuOpHead_, mnuOp_No_, mnuOp_St_, mnuOp_UC_, mnuOp_lc_, mnuBar2_, mnuSettings_,
+      mnuHelp_, mnuAbout_, mnuExit_;
+  MenuStyle menuStyle_;
+  FlashModel frmFlash_;
+
   std::unique_ptr<VBHotKey> hkPaste_;
   std::array<std::unique_ptr<VBHotKey>, 4> hkFunc_;
   bool trayAdded_ = false;

@@ -12,30 +12,64 @@ constexpr uint32_t kRed = Rgb(208, 0, 0);
 constexpr uint32_t kGreen = Rgb(0, 160, 0);
 
 struct CaseEntry {
-  MenuItem frmMain::*item;
   const char16_t* header;
   const char16_t* tip;
 };
 constexpr CaseEntry kCases[4] = {
-    {&frmMain::mnuOp_No, u"CaseChange (None)", u"No"},
-    {&frmMain::mnuOp_St, u"CaseChange (St)", u"St"},
-    {&frmMain::mnuOp_UC, u"CaseChange (UC)", u"UC"},
-    {&frmMain::mnuOp_lc, u"CaseChange (lc)", u"lc"},
+    {u"CaseChange (None)", u"No"},
+    {u"CaseChange (St)", u"St"},
+    {u"CaseChange (UC)", u"UC"},
+    {u"CaseChange (lc)", u"lc"},
 };
+
+int16_t ValidCase(int16_t code) { return code < kCaseNone || code > kCaseLower ? kCaseNone : code; }
 }  // namespace
+
+// ---- State to captions ----------------------------------------------------------------------
+
+const MenuItem& frmMain::mnuOp(int16_t caseOp) const {
+  const MenuItem* items[4] = {&mnuOp_No_, &mnuOp_St_, &mnuOp_UC_, &mnuOp_lc_};
+  return *items[ValidCase(caseOp)];
+}
+
+void frmMain::Render() {
+  caseOp_ = ValidCase(caseOp_);
+  mnuEnVal_.caption = enabled_ ? u"-{Raised}[ENABLED]" : u"-{Raised}[DISABLED]";
+  menuStyle_.raisedLabelColor = enabled_ ? kGreen : kRed;
+  mnuEnable_.caption = CaptionWithImage(mnuEnable_.caption, enableImage_);
+  mnuEnable_.caption = CaptionWithText(mnuEnable_.caption, enabled_ ? u"Disable Me" : u"Enable Me");
+  mnuFormat_.enabled = enabled_;
+  mnuOpHead_.enabled = enabled_;
+
+  mnuMode_.caption = singleMode_ ? u"To Multi Mode" : u"To Single Mode";
+  mnuList_.visible = !singleMode_;
+  mnuBar1_.visible = !singleMode_;
+  modeText_ = singleMode_ ? u"Single " : u"Multi ";
+  mnuList_.caption = CaptionWithText(mnuList_.caption, listShown_ ? u"Hide Clip List" : u"Show Clip List");
+
+  mnuFormat_.checked = purge_;
+  formatText_ = purge_ ? u"Purge " : u"";
+
+  MenuItem* cases[4] = {&mnuOp_No_, &mnuOp_St_, &mnuOp_UC_, &mnuOp_lc_};
+  for (int i = 0; i < 4; ++i) cases[i]->checked = i == caseOp_;
+  mnuOpHead_.caption = caseRepaired_ ? u"CaseChange (No)" : kCases[caseOp_].header;
+  caseText_ = kCases[caseOp_].tip;
+}
 
 // ---- Tray icon ----------------------------------------------------------------------------
 
-Text frmMain::TrayTip() const { return u"Marquill (" + ModeText + FormatText + CaseText + u")"; }
+Text frmMain::TrayTip() const {
+  return u"Marquill (" + modeText_ + formatText_ + caseText_ + u")";
+}
 
 void frmMain::TrayAdd(int n) {
-  s_.tray.Add(n + IconBase, TrayTip());
+  s_.tray.Add(n + iconBase_, TrayTip());
   trayAdded_ = true;
 }
 
 void frmMain::TrayModify(int n) {
   // Before the icon is added there is nothing to modify; the add takes the current tip.
-  if (trayAdded_) s_.tray.Modify(n + IconBase, TrayTip());
+  if (trayAdded_) s_.tray.Modify(n + iconBase_, TrayTip());
 }
 
 void frmMain::TrayDelete() {
@@ -43,16 +77,17 @@ void frmMain::TrayDelete() {
   trayAdded_ = false;
 }
 
-void frmMain::RefreshTrayIcon() { TrayModify(Contains(mnuEnVal.caption, u"EN") ? 101 : 102); }
+void frmMain::RefreshTrayIcon() { TrayModify(enabled_ ? 101 : 102); }
 
 void frmMain::OnTrayNotify(uint32_t mouseMessage) {
   if (mouseMessage == kLeftButtonDown) {
     s_.view.PopupMenu();
   } else if (mouseMessage == kRightButtonDown) {
-    Text code = s_.settings.ReadSetting(u"Set_RC_Op", u"x");
+    const settings::Key& key = settings::key::Set_RC_Op;
+    Text code = s_.settings.ReadSetting(key.name, u"x");
     if (code == u"x") {
-      code = u"12";
-      s_.settings.WriteSetting(u"Set_RC_Op", code);
+      code = key.defaultValue;
+      s_.settings.WriteSetting(key.name, code);
     }
     RunActionCode(code);
   }
@@ -79,71 +114,52 @@ void frmMain::RunMenuCommand(int command) {
 }
 
 void frmMain::mnuEnable_Click() {
-  bool disabling = Contains(mnuEnable.caption, u"Disable");
-  mnuFormat.enabled = !disabling;
-  mnuOpHead.enabled = !disabling;
-  s_.settings.WriteSetting(u"Cur_En", disabling ? u"2" : u"1");
-  TrayModify(disabling ? 102 : 101);
-  mnuEnable.caption = CaptionWithImage(mnuEnable.caption, disabling ? u"i2" : u"i1");
-  mnuEnable.caption = CaptionWithText(mnuEnable.caption, disabling ? u"Enable Me" : u"Disable Me");
-  menuStyle.raisedLabelColor = disabling ? kRed : kGreen;
-  mnuEnVal.caption = disabling ? u"-{Raised}[DISABLED]" : u"-{Raised}[ENABLED]";
-  frmFlash.picIconVisible[0] = !disabling;
-  frmFlash.picIconVisible[1] = disabling;
-  frmFlash.lblOpVisible = false;
+  enabled_ = !enabled_;
+  s_.settings.WriteSetting(settings::key::Cur_En.name, enabled_ ? u"1" : u"2");
+  TrayModify(enabled_ ? 101 : 102);
+  enableImage_ = enabled_ ? u"i1" : u"i2";
+  Render();
+  frmFlash_.picIconVisible[0] = enabled_;
+  frmFlash_.picIconVisible[1] = !enabled_;
+  frmFlash_.lblOpVisible = false;
 }
 
 void frmMain::mnuMode_Click() {
-  if (mnuMode.caption != u"To Single Mode") {
-    mnuMode.caption = u"To Single Mode";
-    ModeText = u"Multi ";
-    mnuList.visible = true;
-    mnuBar1.visible = true;
-    s_.settings.WriteSetting(u"Cur_Mo", u"2");
-  } else {
-    mnuMode.caption = u"To Multi Mode";
-    ModeText = u"Single ";
-    mnuList.visible = false;
-    mnuBar1.visible = false;
-    s_.clip.SelfWrite = false;
-    s_.settings.WriteSetting(u"Cur_Mo", u"1");
-    if (Contains(mnuList.caption, u"Hide")) mnuList_Click();
+  singleMode_ = !singleMode_;
+  s_.settings.WriteSetting(settings::key::Cur_Mo.name, singleMode_ ? u"1" : u"2");
+  Render();
+  if (singleMode_) {
+    s_.clip.ClearSelfWrite();
+    if (listShown_) mnuList_Click();
   }
-  SingleMode = !SingleMode;
   RefreshTrayIcon();
 }
 
 void frmMain::mnuList_Click() {
   // Fading needs layered windows (XP-class) and may be switched off.
-  bool fade = IconBase == 0 && !NoFade;
-  if (Contains(mnuList.caption, u"Show")) {
+  bool fade = iconBase_ == 0 && !noFade_;
+  listShown_ = !listShown_;
+  if (listShown_) {
     s_.list.Show(fade);
-    mnuList.caption = CaptionWithText(mnuList.caption, u"Hide Clip List");
   } else {
     s_.list.Hide(fade);
-    mnuList.caption = CaptionWithText(mnuList.caption, u"Show Clip List");
   }
+  Render();
 }
 
 void frmMain::mnuFormat_Click() {
-  mnuFormat.checked = !mnuFormat.checked;
-  s_.settings.WriteSetting(u"Cur_Fm", mnuFormat.checked ? u"2" : u"1");
-  FormatText = mnuFormat.checked ? u"Purge " : u"";
+  purge_ = !purge_;
+  s_.settings.WriteSetting(settings::key::Cur_Fm.name, purge_ ? u"2" : u"1");
+  Render();
   RefreshTrayIcon();
 }
 
-void frmMain::SetCaseState(int16_t code) {
-  if (code < kCaseNone || code > kCaseLower) code = kCaseNone;
-  CaseOp = code;
-  for (int i = 0; i < 4; ++i) (this->*kCases[i].item).checked = i == code;
-  mnuOpHead.caption = kCases[code].header;
-  CaseText = kCases[code].tip;
-}
-
 void frmMain::SelectCase(int16_t code) {
-  SetCaseState(code);
-  s_.settings.WriteSetting(u"Cur_Op", ToDecimal(code + 1));
-  if (code != kCaseNone && SingleMode) s_.clip.RewritePlainText(code);
+  caseOp_ = ValidCase(code);
+  caseRepaired_ = false;
+  Render();
+  s_.settings.WriteSetting(settings::key::Cur_Op.name, ToDecimal(caseOp_ + 1));
+  if (caseOp_ != kCaseNone && singleMode_) s_.clip.RewritePlainText(caseOp_);
   RefreshTrayIcon();
 }
 
@@ -161,7 +177,7 @@ void frmMain::mnuHelp_Click() {
   }
 }
 
-void frmMain::mnuAbout_Click() { s_.view.ShowAbout(OsVersionText); }
+void frmMain::mnuAbout_Click() { s_.view.ShowAbout(osVersionText_); }
 
 void frmMain::mnuExit_Click() {
   Form_QueryUnload();
@@ -173,15 +189,15 @@ void frmMain::mnuExit_Click() {
 void frmMain::ShowNotice(int code) {
   static constexpr const char16_t* kCaseNotices[4] = {u"(No Change)", u"Standardize",
                                                       u"UPPER CASE", u"lower case"};
-  frmFlash.picIconVisible[0] = frmFlash.picIconVisible[1] = false;
+  frmFlash_.picIconVisible[0] = frmFlash_.picIconVisible[1] = false;
   if (code == 0) {
-    frmFlash.lblOpCaption = mnuFormat.checked ? u"De-Format" : u"Format";
+    frmFlash_.lblOpCaption = purge_ ? u"De-Format" : u"Format";
   } else if (code >= 1 && code <= 4) {
-    frmFlash.lblOpCaption = kCaseNotices[code - 1];
+    frmFlash_.lblOpCaption = kCaseNotices[code - 1];
   } else if (code == 5) {
-    frmFlash.lblOpCaption = SingleMode ? u"Single" : u"Multi";
+    frmFlash_.lblOpCaption = singleMode_ ? u"Single" : u"Multi";
   }
-  frmFlash.lblOpVisible = true;
+  frmFlash_.lblOpVisible = true;
   ShowFlash();
 }
 
@@ -221,7 +237,7 @@ void frmMain::RunActionCode(TextView code) {
       break;
     case u'4': case u'5': case u'6': case u'7': {
       int16_t target = static_cast<int16_t>(c1 - u'4');
-      if (!(this->*kCases[target].item).checked) {
+      if (caseOp_ != target) {
         SelectCase(target);
         ShowNotice(target + 1);
       } else {
@@ -241,11 +257,11 @@ void frmMain::RunActionCode(TextView code) {
 }
 
 void frmMain::hkFunc_HotkeyPressed(int index) {
-  Text key = settings::HotkeyKey(index, u"_Op");
-  Text code = s_.settings.ReadSetting(key, u"x");
+  const settings::Key& key = settings::HotkeyKey(index, settings::HotkeyField::Op);
+  Text code = s_.settings.ReadSetting(key.name, u"x");
   if (code == u"x") {
-    code = Text(settings::DefaultActionCode(index));
-    s_.settings.WriteSetting(key, code);
+    code = key.defaultValue;
+    s_.settings.WriteSetting(key.name, code);
   }
   RunActionCode(code);
 }
@@ -255,11 +271,11 @@ void frmMain::hkPaste_HotkeyPressed() {
 }
 
 void frmMain::cpFlag_ClipboardChanged() {
-  if (!Enabled() || s_.clip.SelfWrite) return;
-  if (!SingleMode) {
-    s_.clip.AddClipEntry(Purging(), CaseOp);
+  if (!enabled_ || s_.clip.SelfWrite()) return;
+  if (!singleMode_) {
+    s_.clip.AddClipEntry(purge_, caseOp_);
   } else {
-    s_.clip.RewriteInPlace(Purging(), CaseOp);
+    s_.clip.RewriteInPlace(purge_, caseOp_);
   }
 }
 

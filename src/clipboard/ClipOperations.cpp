@@ -31,15 +31,15 @@ void ClipOperations::AddClipEntry(bool purge, int16_t caseOp) {
   // A change that arrives while our own message box is open is passed on, not captured.
   if (inMessageBox_) return;
   uint64_t now = d_.clock.TickCount();
-  if (WithinMs(now, LastAddTick, kDebounceMs) && !CaptureRetry) return;
-  LastAddTick = now;
+  if (WithinMs(now, lastAddTick_, kDebounceMs) && !captureRetry_) return;
+  lastAddTick_ = now;
 
   if (TryCapture(purge, caseOp) == Attempt::Done) return;
-  if (!CaptureRetry) {
-    CaptureRetry = true;
+  if (!captureRetry_) {
+    captureRetry_ = true;
     if (TryCapture(purge, caseOp) == Attempt::Done) return;
   }
-  CaptureRetry = false;
+  captureRetry_ = false;
   FlagScope modal(inMessageBox_);
   d_.messages.Show(kAccessText, kAccessTitle, MsgIcon::Critical);
 }
@@ -50,14 +50,17 @@ ClipOperations::Attempt ClipOperations::TryCapture(bool purge, int16_t caseOp) {
     return Attempt::Failed;
   if (data.isPrivate) return Attempt::Done;
 
-  int16_t format = data.format == kFormatRich ? kFormatRich : kFormatPlain;
-  Text content = format == kFormatRich ? Widen(data.rtf) : std::move(data.text);
-  if (data.format == 0) content.clear();
+  ClipEntry content;
+  if (data.format == kFormatRich) {
+    content = ClipEntry::Rich(std::move(data.rtf));
+  } else if (data.format == kFormatPlain) {
+    content = ClipEntry::Plain(std::move(data.text));
+  }
 
   // The identical-content check looks at the content as read, before any case change.
-  if (content == LastCapturedText) return Attempt::Done;
-  LastCapturedText = content;
-  if (content.empty()) return Attempt::Done;
+  if (content == lastCaptured_) return Attempt::Done;
+  lastCaptured_ = content;
+  if (content.Empty()) return Attempt::Done;
 
   if (d_.store.FindFreeSlot() < 0) {
     // A late echo of our own paste is not an offer, so it never reports a full list.
@@ -67,34 +70,30 @@ ClipOperations::Attempt ClipOperations::TryCapture(bool purge, int16_t caseOp) {
   }
 
   Text display;
-  if (format == kFormatRich) {
-    Bytes rtf = Narrow(content);
-    bool loaded = RichCaseChange(d_.rtbFormat, caseOp, d_.cases, rtf, &display);
+  if (content.IsRich()) {
+    bool loaded = RichCaseChange(d_.rtbFormat, caseOp, d_.cases, content.rtf, &display);
     d_.rtbFormat.Clear();
-    if (loaded) {
-      content = Widen(rtf);
-    } else {
+    if (!loaded) {
       // Rich text that the box cannot read: keep the plain text rather than nothing.
       if (!data.hasText) return Attempt::Done;
       if (!d_.clipboard.Read(ClipRead::PlainOnly, data)) return Attempt::Failed;
       if (data.format != kFormatPlain || data.text.empty()) return Attempt::Done;
-      format = kFormatPlain;
-      content = ApplyCaseOp(caseOp, data.text, d_.cases);
-      display = content;
+      content = ClipEntry::Plain(ApplyCaseOp(caseOp, data.text, d_.cases));
+      display = content.text;
     }
   } else {
-    content = ApplyCaseOp(caseOp, content, d_.cases);
-    display = content;
+    content.text = ApplyCaseOp(caseOp, content.text, d_.cases);
+    display = content.text;
   }
 
   if (IsPasteEcho(content)) return Attempt::Done;
 
-  d_.store.Append(std::move(content), format, display);
+  d_.store.Append(std::move(content), display);
   return Attempt::Done;
 }
 
-bool ClipOperations::IsPasteEcho(TextView content) {
-  return WithinMs(d_.clock.TickCount(), LastPasteTick, kEchoWindowMs) && content == LastPastedText;
+bool ClipOperations::IsPasteEcho(const ClipEntry& content) {
+  return WithinMs(d_.clock.TickCount(), lastPasteTick_, kEchoWindowMs) && content == lastPasted_;
 }
 
 void ClipOperations::ShowFull() {
@@ -102,21 +101,24 @@ void ClipOperations::ShowFull() {
   d_.messages.Show(FullMessageText(), kFullMessageTitle, MsgIcon::Exclamation);
 }
 
+bool ClipOperations::Write(const ClipEntry& entry) {
+  return entry.IsRich() ? d_.clipboard.WriteRich(entry.rtf) : d_.clipboard.WriteText(entry.text);
+}
+
 bool ClipOperations::PasteFirstEntry(bool deleteOnPaste) {
   ListModel& rows = d_.store.lstClip;
   if (rows.ListCount() == 0) return false;
   int slot = rows.ItemData(0);
   if (slot < 0 || slot >= kClipSlots) return false;
-  const Text& entry = d_.store.ClipText[slot];
+  const ClipEntry& entry = d_.store.Entry(slot);
 
   bool written;
   {
-    FlagScope guard(SelfWrite);
-    written = d_.store.ClipFormat[slot] == kFormatRich ? d_.clipboard.WriteRich(Narrow(entry))
-                                                       : d_.clipboard.WriteText(entry);
+    FlagScope guard(selfWrite_);
+    written = Write(entry);
     if (written) {
-      LastPastedText = entry;
-      LastPasteTick = d_.clock.TickCount();
+      lastPasted_ = entry;
+      lastPasteTick_ = d_.clock.TickCount();
     }
   }
   if (!written) return false;
@@ -135,47 +137,45 @@ bool ClipOperations::PasteFirstEntry(bool deleteOnPaste) {
 namespace {
 // True when the clipboard holds this one textual format and nothing else (the formats the
 // system synthesises from plain text aside), so that writing it would change nothing.
-bool HoldsExactly(const ClipboardData& data, int16_t format, TextView text, std::string_view rtf) {
-  if (data.hasOther || data.format != format) return false;
-  if (format == kFormatRich) return !data.hasText && data.rtf == rtf;
-  return format == kFormatPlain && !data.hasRich && data.text == text;
+bool HoldsExactly(const ClipboardData& data, const ClipEntry& entry) {
+  if (data.hasOther || data.format != entry.format) return false;
+  if (entry.IsRich()) return !data.hasText && data.rtf == entry.rtf;
+  return entry.format == kFormatPlain && !data.hasRich && data.text == entry.text;
 }
 }  // namespace
 
-void ClipOperations::WriteRewrite(const ClipboardData& current, Content content) {
-  if (HoldsExactly(current, content.format, content.text, content.rtf)) return;
-  bool written = content.format == kFormatRich ? d_.clipboard.WriteRich(content.rtf)
-                                               : d_.clipboard.WriteText(content.text);
-  if (written) lastRewrite_ = std::move(content);
+void ClipOperations::WriteRewrite(const ClipboardData& current, ClipEntry content) {
+  if (HoldsExactly(current, content)) return;
+  if (Write(content)) lastRewrite_ = std::move(content);
 }
 
 void ClipOperations::RewriteInPlace(bool purge, int16_t caseOp) {
-  FlagScope guard(SelfWrite);
+  FlagScope guard(selfWrite_);
   ClipboardData data;
   if (!d_.clipboard.Read(purge ? ClipRead::PlainOnly : ClipRead::PreferRich, data)) return;
   if (data.isPrivate) return;
   // Our own write coming back, whatever the order of the viewers before us.
-  if (HoldsExactly(data, lastRewrite_.format, lastRewrite_.text, lastRewrite_.rtf)) return;
+  if (HoldsExactly(data, lastRewrite_)) return;
   if (data.format == kFormatRich) {
     Bytes rtf = data.rtf;
     if (RichCaseChange(d_.rtbFormat, caseOp, d_.cases, rtf)) {
       d_.rtbFormat.Clear();
-      WriteRewrite(data, {kFormatRich, Text(), std::move(rtf)});
+      WriteRewrite(data, ClipEntry::Rich(std::move(rtf)));
       return;
     }
     // A document the box cannot read: fall back to the plain text, if there is any.
     if (!d_.clipboard.Read(ClipRead::PlainOnly, data) || data.format != kFormatPlain) return;
   }
   if (data.format != kFormatPlain) return;  // nothing textual: leave the content alone
-  WriteRewrite(data, {kFormatPlain, ApplyCaseOp(caseOp, data.text, d_.cases), Bytes()});
+  WriteRewrite(data, ClipEntry::Plain(ApplyCaseOp(caseOp, data.text, d_.cases)));
 }
 
 void ClipOperations::RewritePlainText(int16_t caseOp) {
-  FlagScope guard(SelfWrite);
+  FlagScope guard(selfWrite_);
   ClipboardData data;
   if (!d_.clipboard.Read(ClipRead::PlainOnly, data) || data.isPrivate) return;
   if (data.format != kFormatPlain) return;
-  WriteRewrite(data, {kFormatPlain, ApplyCaseOp(caseOp, data.text, d_.cases), Bytes()});
+  WriteRewrite(data, ClipEntry::Plain(ApplyCaseOp(caseOp, data.text, d_.cases)));
 }
 
 }  // namespace mq

@@ -49,14 +49,19 @@ class ClipOperations {
   // The case commands in single mode: the clipboard's plain text, case-changed, as plain text.
   void RewritePlainText(int16_t caseOp);
 
-  bool SelfWrite = false;
+  // True while the program itself writes the clipboard: the change notices that the
+  // write causes are not the user's copies.
+  bool SelfWrite() const { return selfWrite_; }
+  // Switching to single mode starts from a clear flag.
+  void ClearSelfWrite() { selfWrite_ = false; }
+
   // Capture state.
-  uint64_t LastAddTick = 0;
-  Text LastCapturedText;
-  bool CaptureRetry = false;
+  uint64_t LastAddTick() const { return lastAddTick_; }
+  const ClipEntry& LastCaptured() const { return lastCaptured_; }
+  bool CaptureRetry() const { return captureRetry_; }
   // Paste bookkeeping, read by the capture to ignore the echo of a paste.
-  Text LastPastedText;
-  uint64_t LastPasteTick = 0;
+  const ClipEntry& LastPasted() const { return lastPasted_; }
+  uint64_t LastPasteTick() const { return lastPasteTick_; }
 
   static constexpr uint64_t kDebounceMs = 250;
   static constexpr uint64_t kEchoWindowMs = 500;
@@ -65,20 +70,20 @@ class ClipOperations {
   enum class Attempt { Done, Failed };
   Attempt TryCapture(bool purge, int16_t caseOp);
   void ShowFull();
-  bool IsPasteEcho(TextView content);
-
-  // One textual format as the single-mode rewrite puts it on the clipboard.
-  struct Content {
-    int16_t format = 0;
-    Text text;  // plain text
-    Bytes rtf;  // rich text
-  };
-  // Writes the content unless the clipboard (as read into `current`) holds exactly it.
-  void WriteRewrite(const ClipboardData& current, Content content);
+  bool IsPasteEcho(const ClipEntry& content);
+  // Writes the entry unless the clipboard (as read into `current`) holds exactly it.
+  void WriteRewrite(const ClipboardData& current, ClipEntry content);
+  bool Write(const ClipEntry& entry);
 
   Deps d_;
+  bool selfWrite_ = false;
+  uint64_t lastAddTick_ = 0;
+  ClipEntry lastCaptured_;
+  bool captureRetry_ = false;
+  ClipEntry lastPasted_;
+  uint64_t lastPasteTick_ = 0;
   bool inMessageBox_ = false;
-  Content lastRewrite_;  // what the last single-mode rewrite wrote
+  ClipEntry lastRewrite_;  // what the last single-mode rewrite wrote
 };
 
 }  // namespace mq

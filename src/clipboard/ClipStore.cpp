@@ -10,15 +10,15 @@ Text RowText(int16_t format, TextView displayText) {
 
 int ClipStore::FindFreeSlot() const {
   for (int slot = 0; slot < kClipSlots; ++slot)
-    if (ClipText[slot].empty()) return slot;
+    if (slots_[slot].Empty()) return slot;
   return -1;
 }
 
-int ClipStore::Append(Text content, int16_t format, TextView displayText) {
+int ClipStore::Append(ClipEntry entry, TextView displayText) {
   int slot = FindFreeSlot();
-  if (slot < 0 || content.empty()) return -1;
-  ClipText[slot] = std::move(content);
-  ClipFormat[slot] = format;
+  if (slot < 0 || entry.Empty()) return -1;
+  int16_t format = entry.format;
+  slots_[slot] = std::move(entry);
   lstClip.AddItem(RowText(format, displayText), slot);
   return slot;
 }
@@ -26,24 +26,37 @@ int ClipStore::Append(Text content, int16_t format, TextView displayText) {
 void ClipStore::DeleteRow(int row) {
   if (row < 0 || row >= lstClip.ListCount()) return;
   int slot = lstClip.ItemData(row);
-  if (slot >= 0 && slot < kClipSlots) ClipText[slot].clear();
+  if (slot >= 0 && slot < kClipSlots) slots_[slot] = ClipEntry{};
   lstClip.RemoveItem(row);
 }
 
 void ClipStore::ClearAll() {
   lstClip.Clear();
-  for (auto& text : ClipText) text.clear();
+  slots_.fill(ClipEntry{});
+}
+
+void ClipStore::Replace(std::vector<std::pair<ClipEntry, Text>> entries) {
+  ClearAll();
+  int slot = 0;
+  for (auto& [entry, display] : entries) {
+    if (slot == kClipSlots) break;
+    if (entry.Empty()) continue;
+    int16_t format = entry.format;
+    slots_[slot] = std::move(entry);
+    lstClip.AddItem(RowText(format, display), slot);
+    ++slot;
+  }
 }
 
 bool ClipStore::InvariantsHold() const {
   std::array<int, kClipSlots> rowsPerSlot{};
   for (const auto& row : lstClip.Rows()) {
     if (row.itemData < 0 || row.itemData >= kClipSlots) return false;
-    if (ClipText[row.itemData].empty()) return false;
+    if (slots_[row.itemData].Empty()) return false;
     ++rowsPerSlot[row.itemData];
   }
   for (int slot = 0; slot < kClipSlots; ++slot) {
-    bool occupied = !ClipText[slot].empty();
+    bool occupied = !slots_[slot].Empty();
     if (rowsPerSlot[slot] != (occupied ? 1 : 0)) return false;
   }
   return lstClip.ListCount() <= kClipSlots;

@@ -1,10 +1,14 @@
-// The clip list: 100 slots of text and format, and the queue, which is the rows of the
-// clip list window's list (row 0 is pasted next; each row's item data is its slot).
+// The clip list: 100 slots of entries, and the queue, which is the rows of the clip list
+// window's list (row 0 is pasted next; each row's item data is its slot). Every change goes
+// through the store's operations, which keep slots and rows in step.
 #pragma once
 
 #include <array>
 #include <cstdint>
+#include <utility>
+#include <vector>
 
+#include "platform/Clipboard.h"
 #include "platform/ListModel.h"
 #include "platform/Text.h"
 
@@ -12,10 +16,23 @@ namespace mq {
 
 constexpr int MaxClipIndex = 99;
 constexpr int kClipSlots = MaxClipIndex + 1;
-constexpr int16_t kFormatPlain = 1;
-constexpr int16_t kFormatRich = -16639;
 inline constexpr TextView kRichRowPrefix = u"+\t";
 inline constexpr TextView kPlainRowPrefix = u"\t";
+
+// One entry exactly as it goes back on the clipboard: a plain text, or a rich-text
+// document's bytes (RTF is 8-bit data, kept as it came).
+struct ClipEntry {
+  int16_t format = kFormatPlain;
+  Text text;  // kFormatPlain
+  Bytes rtf;  // kFormatRich
+
+  static ClipEntry Plain(Text text) { return {kFormatPlain, std::move(text), {}}; }
+  static ClipEntry Rich(Bytes rtf) { return {kFormatRich, {}, std::move(rtf)}; }
+  bool IsRich() const { return format == kFormatRich; }
+  // An empty entry marks a free slot.
+  bool Empty() const { return IsRich() ? rtf.empty() : text.empty(); }
+  bool operator==(const ClipEntry&) const = default;
+};
 
 // Row text: "+" TAB before a rich-text entry's plain text, a TAB before plain text.
 Text RowText(int16_t format, TextView displayText);
@@ -24,24 +41,33 @@ class ClipStore {
  public:
   explicit ClipStore(ListModel& queue) : lstClip(queue) {}
 
-  std::array<Text, kClipSlots> ClipText{};
-  std::array<int16_t, kClipSlots> ClipFormat{};
   ListModel& lstClip;
 
-  bool IsFree(int slot) const { return ClipText[slot].empty(); }
+  const ClipEntry& Entry(int slot) const { return slots_.at(slot); }
+  int16_t ClipFormat(int slot) const { return slots_.at(slot).format; }
+  bool IsFree(int slot) const { return slots_.at(slot).Empty(); }
   // Lowest free slot, or -1 when all 100 are taken.
   int FindFreeSlot() const;
   int EntryCount() const { return lstClip.ListCount(); }
+  // The entry that a row shows.
+  const ClipEntry& EntryAtRow(int row) const { return Entry(lstClip.ItemData(row)); }
 
-  // Fills the lowest free slot and appends its row; returns the slot or -1 when full.
-  int Append(Text content, int16_t format, TextView displayText);
+  // Fills the lowest free slot and appends its row; returns the slot, or -1 when the store
+  // is full or the entry empty.
+  int Append(ClipEntry entry, TextView displayText);
   // Frees the row's slot and removes the row.
   void DeleteRow(int row);
   // Removes every row and frees every slot.
   void ClearAll();
+  // Replaces the whole list with these entries in queue order, each with its row's display
+  // text, laid into slots 0, 1, ... (at most 100; empty entries are skipped).
+  void Replace(std::vector<std::pair<ClipEntry, Text>> entries);
 
   // True when every occupied slot has exactly one row and every row names an occupied slot.
   bool InvariantsHold() const;
+
+ private:
+  std::array<ClipEntry, kClipSlots> slots_{};
 };
 
 }  // namespace mq

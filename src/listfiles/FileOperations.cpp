@@ -29,12 +29,13 @@ Text FromUtf16LeBytes(std::string_view bytes) {
   return out;
 }
 
-Text DisplayRow(ListContext& context, const ListEntry& entry) {
-  if (entry.format != kFormatRich) return RowText(kFormatPlain, entry.text);
-  context.richText.LoadRtf(Narrow(entry.text));
+// The row's display text: a rich entry shows its plain text.
+Text DisplayText(ListContext& context, const ClipEntry& entry) {
+  if (!entry.IsRich()) return entry.text;
+  context.richText.LoadRtf(entry.rtf);
   Text plain = context.richText.PlainText();
   context.richText.Clear();
-  return RowText(kFormatRich, plain);
+  return plain;
 }
 
 }  // namespace
@@ -48,15 +49,15 @@ int16_t EntryTypeOfId(std::string_view id) {
   return kFormatPlain;
 }
 
-Bytes EncodeListFile(const std::vector<ListEntry>& entries, const CodePage& codePage,
+Bytes EncodeListFile(const std::vector<ClipEntry>& entries, const CodePage& codePage,
                      bool isProtected, TextView password) {
   EVBResource store;
   for (size_t p = 0; p < entries.size(); ++p) {
-    const ListEntry& e = entries[p];
+    const ClipEntry& e = entries[p];
     int16_t type = e.format;
     Bytes data;
-    if (e.format == kFormatRich) {
-      data = Narrow(e.text);  // RTF is ASCII held one byte per unit
+    if (e.IsRich()) {
+      data = e.rtf;
     } else {
       type = kFormatPlain;
       // ANSI whenever nothing would be lost; otherwise the exact UTF-16 text.
@@ -91,18 +92,17 @@ bool OpenListResource(std::string_view file, const CodePage& codePage, bool isPr
 }
 
 bool DecodeListFile(std::string_view file, const CodePage& codePage, bool isProtected,
-                    TextView password, std::vector<ListEntry>& entries) {
+                    TextView password, std::vector<ClipEntry>& entries) {
   EVBResource store;
   if (!OpenListResource(file, codePage, isProtected, password, store)) return false;
 
-  std::vector<ListEntry> out;
+  std::vector<ClipEntry> out;
   out.reserve(store.strings().size());
   for (const auto& record : store.strings()) {
-    ListEntry entry;
+    ClipEntry entry;
     const int16_t type = EntryTypeOfId(record.id);
     if (type == kFormatRich) {
-      entry.format = kFormatRich;
-      entry.text = Widen(record.data);
+      entry = ClipEntry::Rich(record.data);
     } else if (type == kTypeUnicode) {
       if (record.data.size() % 2 != 0) return false;  // half a character: damaged
       entry.text = FromUtf16LeBytes(record.data);
@@ -110,17 +110,17 @@ bool DecodeListFile(std::string_view file, const CodePage& codePage, bool isProt
       // Type 1, and any other or damaged type, is plain ANSI text.
       entry.text = codePage.FromAnsi(record.data);
     }
-    if (!entry.text.empty()) out.push_back(std::move(entry));
+    if (!entry.Empty()) out.push_back(std::move(entry));
   }
   entries = std::move(out);
   return true;
 }
 
-std::vector<ListEntry> CurrentEntries(const ClipStore& store) {
-  std::vector<ListEntry> entries;
+std::vector<ClipEntry> CurrentEntries(const ClipStore& store) {
+  std::vector<ClipEntry> entries;
   for (const auto& row : store.lstClip.Rows()) {
     if (row.itemData < 0 || row.itemData >= kClipSlots) continue;
-    entries.push_back({store.ClipText[row.itemData], store.ClipFormat[row.itemData]});
+    entries.push_back(store.Entry(row.itemData));
   }
   return entries;
 }
@@ -134,16 +134,16 @@ SaveResult SaveListFile(ListContext& context, TextView path, bool isProtected,
   return result;
 }
 
-void MergeEntries(ListContext& context, const std::vector<ListEntry>& loaded, LoadMode mode) {
+void MergeEntries(ListContext& context, const std::vector<ClipEntry>& loaded, LoadMode mode) {
   ClipStore& store = context.store;
-  struct Placed {
-    ListEntry entry;
-    Text row;
-  };
+  using Placed = std::pair<ClipEntry, Text>;  // an entry and its row's display text
   std::vector<Placed> existing;
   for (const auto& row : store.lstClip.Rows()) {
     if (row.itemData < 0 || row.itemData >= kClipSlots) continue;
-    existing.push_back({{store.ClipText[row.itemData], store.ClipFormat[row.itemData]}, row.text});
+    const ClipEntry& entry = store.Entry(row.itemData);
+    TextView prefix = entry.IsRich() ? kRichRowPrefix : kPlainRowPrefix;
+    TextView text = row.text;
+    existing.push_back({entry, Text(StartsWith(text, prefix) ? text.substr(prefix.size()) : text)});
   }
   const int keptIndex = store.lstClip.ListIndex();
   const size_t cnt = loaded.size(), have = existing.size();
@@ -163,16 +163,11 @@ void MergeEntries(ListContext& context, const std::vector<ListEntry>& loaded, Lo
   result.reserve(n + kept);
   if (mode == LoadMode::AppendAfterCurrent)
     result.insert(result.end(), existing.begin(), existing.begin() + static_cast<long>(kept));
-  for (size_t j = 0; j < n; ++j) result.push_back({loaded[j], DisplayRow(context, loaded[j])});
+  for (size_t j = 0; j < n; ++j) result.emplace_back(loaded[j], DisplayText(context, loaded[j]));
   if (mode == LoadMode::InsertBeforeCurrent)
     result.insert(result.end(), existing.begin(), existing.begin() + static_cast<long>(kept));
 
-  store.ClearAll();
-  for (size_t slot = 0; slot < result.size(); ++slot) {
-    store.ClipText[slot] = std::move(result[slot].entry.text);
-    store.ClipFormat[slot] = result[slot].entry.format;
-    store.lstClip.AddItem(std::move(result[slot].row), static_cast<int32_t>(slot));
-  }
+  store.Replace(std::move(result));
   // Appending leaves the window's lines (and so its selection) where they were.
   if (mode == LoadMode::AppendAfterCurrent && keptIndex >= 0 &&
       keptIndex < static_cast<int>(kept))
@@ -192,7 +187,7 @@ LoadResult LoadListFile(ListContext& context, TextView path, LoadMode mode, bool
     result.status = LoadStatus::FileError;
     return result;
   }
-  std::vector<ListEntry> loaded;
+  std::vector<ClipEntry> loaded;
   if (!DecodeListFile(file, context.codePage, isProtected, password, loaded)) {
     result.status = LoadStatus::NotDecoded;
     return result;

@@ -24,13 +24,6 @@ struct ListContext {
   FileSystem& files;
 };
 
-// One clip entry as a list file holds it: its text (rich text: the RTF bytes, one per unit)
-// and its format, kFormatPlain or kFormatRich.
-struct ListEntry {
-  Text text;
-  int16_t format = kFormatPlain;
-  bool operator==(const ListEntry&) const = default;
-};
 
 namespace FileOperations {
 
@@ -62,7 +55,7 @@ struct LoadResult {
 };
 
 // The whole file for these entries, as SaveListFile writes it.
-Bytes EncodeListFile(const std::vector<ListEntry>& entries, const CodePage& codePage,
+Bytes EncodeListFile(const std::vector<ClipEntry>& entries, const CodePage& codePage,
                      bool isProtected, TextView password);
 // The entry type an ID names, from the numeric value of its fourth character on:
 // kFormatRich, kTypeUnicode, or kFormatPlain for 1 and every other (or damaged) value.
@@ -73,10 +66,10 @@ bool OpenListResource(std::string_view file, const CodePage& codePage, bool isPr
 // The entries of a list file in file order; false when it cannot be decoded. Records with
 // an empty text are dropped: an empty slot means a free one in the clip store.
 bool DecodeListFile(std::string_view file, const CodePage& codePage, bool isProtected,
-                    TextView password, std::vector<ListEntry>& entries);
+                    TextView password, std::vector<ClipEntry>& entries);
 
 // The clip list in queue order.
-std::vector<ListEntry> CurrentEntries(const ClipStore& store);
+std::vector<ClipEntry> CurrentEntries(const ClipStore& store);
 
 SaveResult SaveListFile(ListContext& context, TextView path, bool isProtected,
                         TextView password);
@@ -84,7 +77,7 @@ LoadResult LoadListFile(ListContext& context, TextView path, LoadMode mode,
                         bool isProtected, TextView password);
 
 // Merges decoded entries into the clip list the way a load does (capacity 100).
-void MergeEntries(ListContext& context, const std::vector<ListEntry>& loaded, LoadMode mode);
+void MergeEntries(ListContext& context, const std::vector<ClipEntry>& loaded, LoadMode mode);
 
 // The first four bytes with CR and "0".."Z" kept and every other byte (also a missing one)
 // as "x"; an empty text when the file cannot be read. Only those bytes are read.

@@ -12,8 +12,9 @@ void frmList::EnsureLoaded() {
 
 void frmList::LoadOptions() {
   using namespace settings;
-  Text cur = settings_.ReadSetting(u"Cur_LO", u"x");
-  if (cur != u"0" && cur != u"1" && cur != u"2") settings_.WriteSetting(u"Cur_LO", u"0");
+  Text cur = settings_.ReadSetting(key::Cur_LO.name, u"x");
+  if (cur != u"0" && cur != u"1" && cur != u"2")
+    settings_.WriteSetting(key::Cur_LO.name, key::Cur_LO.defaultValue);
 
   WindowOption caseBox = ReadWindowOption(settings_, kListCaseRule);
   if (caseBox.set == u"0") {
@@ -35,7 +36,7 @@ void frmList::LoadOptions() {
   if (view.set == u"2" || (view.set == u"0" && view.cur == u"1")) {
     chkMenu[0] = true;
     chkMenuTip[0] = u"Expanded view";
-    settings_.WriteSetting(u"Cur_Vu", u"1");
+    settings_.WriteSetting(key::Cur_Vu.name, u"1");
   }
 
   WindowOption pin = ReadWindowOption(settings_, kPinRule);
@@ -43,7 +44,7 @@ void frmList::LoadOptions() {
     chkMenu[2] = true;
     chkMenuTip[2] = u"Allow window to be hidden by other windows";
     Caption = u"Clip List (Top)";
-    settings_.WriteSetting(u"Cur_Pn", u"1");
+    settings_.WriteSetting(key::Cur_Pn.name, u"1");
   }
   if (view_) view_->StateChanged();
 }
@@ -57,6 +58,11 @@ void frmList::Show(bool fade) {
 void frmList::Hide(bool fade) {
   visible_ = false;
   if (view_) view_->Hide(fade);
+}
+
+void frmList::ProgramEnding() {
+  ending_ = true;
+  if (view_) view_->AllowClose();
 }
 
 void frmList::SetFader(const FaderSettings& fader) {

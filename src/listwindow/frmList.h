@@ -22,6 +22,8 @@ class ListWindowView {
   virtual void Show(bool fade) = 0;
   virtual void Hide(bool fade) = 0;
   virtual void StateChanged() = 0;  // options, pin or fader settings changed
+  // The program is ending: from now on the window may really close.
+  virtual void AllowClose() = 0;
 };
 
 class frmList {
@@ -39,6 +41,9 @@ class frmList {
   void Hide(bool fade);
   bool Visible() const { return visible_; }
   void SetFader(const FaderSettings& fader);
+  // Shut-down tells the window that it may unload instead of merely hiding.
+  void ProgramEnding();
+  bool Ending() const { return ending_; }
 
   ListModel lstClip;
   int cbOpIndex = 0;  // 0 "Standardize", 1 "UPPER CASE", 2 "lower case"
@@ -58,6 +63,7 @@ class frmList {
   ListWindowView* view_ = nullptr;
   bool loaded_ = false;
   bool visible_ = false;
+  bool ending_ = false;
 };
 
 }  // namespace mq

@@ -8,6 +8,11 @@
 
 namespace mq {
 
+// Clipboard format codes as entries and list files carry them: the platform's plain-text
+// format, and the registered rich-text format.
+constexpr int16_t kFormatPlain = 1;
+constexpr int16_t kFormatRich = -16639;
+
 enum class ClipRead {
   PlainOnly,   // the Unicode text, whatever else is there
   PreferRich,  // the rich text when there is some, else the Unicode text
@@ -20,9 +25,9 @@ struct ClipboardData {
   // Any format beyond the text (with what the system synthesises from it: ANSI, OEM and
   // locale) and the rich text: a picture, HTML, a file list, an application's own data.
   bool hasOther = false;
-  int16_t format = 0;  // what was read: 1 plain text, -16639 rich text, 0 nothing
-  Text text;           // set when format is 1
-  Bytes rtf;           // set when format is -16639
+  int16_t format = 0;  // what was read: kFormatPlain, kFormatRich, or 0 for nothing
+  Text text;           // set for kFormatPlain
+  Bytes rtf;           // set for kFormatRich
 };
 
 class Clipboard {

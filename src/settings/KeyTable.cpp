@@ -8,30 +8,28 @@ namespace {
 constexpr std::array<TextView, 4> kOneToFour{u"1", u"2", u"3", u"4"};
 constexpr std::array<TextView, 2> kOneTwo{u"1", u"2"};
 
-constexpr std::array<KeyValue, 2> kCaseRepair{{{u"Set_Op", u"0"}, {u"Cur_Op", u"1"}}};
-constexpr std::array<KeyValue, 2> kModeRepair{{{u"Set_Mo", u"0"}, {u"Cur_Mo", u"2"}}};
-constexpr std::array<KeyValue, 2> kFormatRepair{{{u"Set_Fm", u"0"}, {u"Cur_Fm", u"1"}}};
-constexpr std::array<KeyValue, 2> kEnabledRepair{{{u"Set_En", u"1"}, {u"Cur_En", u"1"}}};
+// Repairs write keys back to their defaults (the enabled state's Set_ key to "1").
+constexpr std::array<KeyValue, 2> Repair(const Key& set, const Key& cur) {
+  return {{{set.name, set.defaultValue}, {cur.name, cur.defaultValue}}};
+}
+constexpr auto kCaseRepair = Repair(key::Set_Op, key::Cur_Op);
+constexpr auto kModeRepair = Repair(key::Set_Mo, key::Cur_Mo);
+constexpr auto kFormatRepair = Repair(key::Set_Fm, key::Cur_Fm);
+constexpr auto kEnabledRepair = Repair(key::Set_En, key::Cur_En);
 
 constexpr std::array<TextView, 4> kZeroToThree{u"0", u"1", u"2", u"3"};
 constexpr std::array<TextView, 3> kZeroToTwo{u"0", u"1", u"2"};
-constexpr std::array<KeyValue, 2> kListCaseRepair{{{u"Set_LO", u"0"}, {u"Cur_LO", u"0"}}};
-constexpr std::array<KeyValue, 2> kDeleteRepair{{{u"Set_Dl", u"1"}, {u"Cur_Dl", u"1"}}};
-constexpr std::array<KeyValue, 2> kViewRepair{{{u"Set_Vu", u"0"}, {u"Cur_Vu", u"0"}}};
-constexpr std::array<KeyValue, 2> kPinRepair{{{u"Set_Pn", u"0"}, {u"Cur_Pn", u"0"}}};
+constexpr auto kListCaseRepair = Repair(key::Set_LO, key::Cur_LO);
+constexpr auto kDeleteRepair = Repair(key::Set_Dl, key::Cur_Dl);
+constexpr auto kViewRepair = Repair(key::Set_Vu, key::Cur_Vu);
+constexpr auto kPinRepair = Repair(key::Set_Pn, key::Cur_Pn);
 
-constexpr std::array<KeyValue, 37> kReset{{
-    {u"Set_Op", u"0"},    {u"Cur_Op", u"1"},    {u"Set_En", u"1"},    {u"Cur_En", u"1"},
-    {u"Set_Mo", u"0"},    {u"Cur_Mo", u"2"},    {u"Set_Fm", u"0"},    {u"Cur_Fm", u"1"},
-    {u"Set_LO", u"0"},    {u"Cur_LO", u"0"},    {u"Set_Pn", u"0"},    {u"Cur_Pn", u"0"},
-    {u"Set_Dl", u"1"},    {u"Cur_Dl", u"1"},    {u"Set_Vu", u"0"},    {u"Cur_Vu", u"0"},
-    {u"Set_RC_Op", u"12"}, {u"Set_HV_Ky", u"49"}, {u"Set_H0_Ky", u"50"}, {u"Set_H0_En", u"1"},
-    {u"Set_H0_Op", u"2"}, {u"Set_H1_Ky", u"51"}, {u"Set_H1_En", u"1"}, {u"Set_H1_Op", u"3"},
-    {u"Set_H2_Ky", u"52"}, {u"Set_H2_En", u"1"}, {u"Set_H2_Op", u"41"}, {u"Set_H3_Ky", u"53"},
-    {u"Set_H3_En", u"1"}, {u"Set_H3_Op", u"0"},  {u"Set_Sz", u"1"},    {u"Set_FO", u"75"},
-    {u"Set_FS", u"2"},    {u"Cur_FF_S", u"1"},  {u"Cur_FN_S", u""},   {u"Cur_FF_O", u"3"},
-    {u"Cur_FN_O", u""},
-}};
+constexpr const Key* kHotkeyKeys[4][3] = {
+    {&key::Set_H0_Ky, &key::Set_H0_En, &key::Set_H0_Op},
+    {&key::Set_H1_Ky, &key::Set_H1_En, &key::Set_H1_Op},
+    {&key::Set_H2_Ky, &key::Set_H2_En, &key::Set_H2_Op},
+    {&key::Set_H3_Ky, &key::Set_H3_En, &key::Set_H3_Op},
+};
 
 bool OneOf(TextView value, std::span<const TextView> valid) {
   for (TextView v : valid)
@@ -44,14 +42,16 @@ void WriteAll(Settings& settings, std::span<const KeyValue> values) {
 }
 }  // namespace
 
-const StartupPairRule kCaseRule{u"Set_Op", u"0", LastUsed::ExactZero, u"Cur_Op", u"1",
-                                kOneToFour, kCaseRepair, u"1"};
-const StartupPairRule kModeRule{u"Set_Mo", u"2", LastUsed::NumericZero, u"Cur_Mo", u"2",
-                                kOneTwo, kModeRepair, u"2"};
-const StartupPairRule kFormatRule{u"Set_Fm", u"0", LastUsed::NumericZero, u"Cur_Fm", u"1",
-                                  kOneTwo, kFormatRepair, u"1"};
-const StartupPairRule kEnabledRule{u"Set_En", u"1", LastUsed::NumericZero, u"Cur_En", u"1",
-                                   kOneTwo, kEnabledRepair, u"1"};
+const StartupPairRule kCaseRule{key::Set_Op.name, u"0", LastUsed::ExactZero, key::Cur_Op.name,
+                                u"1", kOneToFour, kCaseRepair, u"1"};
+const StartupPairRule kModeRule{key::Set_Mo.name, u"2", LastUsed::NumericZero, key::Cur_Mo.name,
+                                u"2", kOneTwo, kModeRepair, u"2"};
+const StartupPairRule kFormatRule{key::Set_Fm.name, u"0", LastUsed::NumericZero,
+                                  key::Cur_Fm.name, u"1", kOneTwo, kFormatRepair, u"1"};
+const StartupPairRule kEnabledRule{key::Set_En.name, u"1", LastUsed::NumericZero,
+                                   key::Cur_En.name, u"1", kOneTwo, kEnabledRepair, u"1"};
+
+int DefaultOpacity() { return static_cast<int>(LeadingNumber(key::Set_FO.defaultValue)); }
 
 PairResult ReadStartupPair(Settings& settings, const StartupPairRule& rule) {
   Text value = settings.ReadSetting(rule.setKey, rule.setDefault);
@@ -63,7 +63,7 @@ PairResult ReadStartupPair(Settings& settings, const StartupPairRule& rule) {
 }
 
 OpacityResult ReadOpacity(Settings& settings) {
-  Text value = settings.ReadSetting(u"Set_FO", u"75");
+  Text value = settings.ReadSetting(key::Set_FO.name, key::Set_FO.defaultValue);
   if (IsNumeric(value)) {
     double number = LeadingNumber(value);
     long long percent = RoundHalfAway(number);
@@ -71,8 +71,8 @@ OpacityResult ReadOpacity(Settings& settings) {
     if (number > 24 && number < 101 && percent >= 25 && percent <= 100)
       return {static_cast<int>(percent), false};
   }
-  settings.WriteSetting(u"Set_FO", u"75");
-  return {75, true};
+  settings.WriteSetting(key::Set_FO.name, key::Set_FO.defaultValue);
+  return {DefaultOpacity(), true};
 }
 
 int FadeSpeedFor(TextView code) {
@@ -83,29 +83,29 @@ int FadeSpeedFor(TextView code) {
 }
 
 FadeResult ReadFadeSpeed(Settings& settings) {
-  Text value = settings.ReadSetting(u"Set_FS", u"2");
-  if (value == u"0") return {true, 2, false};
+  const int canter = FadeSpeedFor(key::Set_FS.defaultValue);
+  Text value = settings.ReadSetting(key::Set_FS.name, key::Set_FS.defaultValue);
+  if (value == u"0") return {true, canter, false};
   if (int speed = FadeSpeedFor(value)) return {false, speed, false};
-  settings.WriteSetting(u"Set_FS", u"2");
-  return {false, 2, true};
+  settings.WriteSetting(key::Set_FS.name, key::Set_FS.defaultValue);
+  return {false, canter, true};
 }
 
-Text HotkeyKey(int slot, TextView suffix) {
-  Text key = u"Set_H";
-  key += slot < 0 ? u'V' : static_cast<char16_t>(u'0' + slot);
-  key += suffix;
-  return key;
+const Key& HotkeyKey(int slot, HotkeyField field) {
+  if (slot < 0 || slot > 3) return key::Set_HV_Ky;  // the paste hotkey has a key only
+  return *kHotkeyKeys[slot][static_cast<int>(field)];
 }
 
-int DefaultHotkeyVKey(int slot) { return slot < 0 ? 49 : 50 + slot; }
+int DefaultHotkeyVKey(int slot) {
+  return static_cast<int>(LeadingNumber(HotkeyKey(slot, HotkeyField::Ky).defaultValue));
+}
 
 TextView DefaultActionCode(int slot) {
-  constexpr std::array<TextView, 4> kCodes{u"2", u"3", u"41", u"0"};
-  return slot >= 0 && slot < 4 ? kCodes[slot] : TextView{};
+  return slot >= 0 && slot < 4 ? HotkeyKey(slot, HotkeyField::Op).defaultValue : TextView{};
 }
 
 KeyCodeResult ReadHotkeyCode(Settings& settings, int slot) {
-  Text value = settings.ReadSetting(HotkeyKey(slot, u"_Ky"), u"x");
+  Text value = settings.ReadSetting(HotkeyKey(slot, HotkeyField::Ky).name, u"x");
   bool digitsOnly = !value.empty();
   for (char16_t c : value) digitsOnly = digitsOnly && c >= u'0' && c <= u'9';
   if (value.size() >= 4 || !digitsOnly || !IsNumeric(value))
@@ -116,19 +116,21 @@ KeyCodeResult ReadHotkeyCode(Settings& settings, int slot) {
 }
 
 bool ReadHotkeyEnabled(Settings& settings, int slot) {
-  Text key = HotkeyKey(slot, u"_En");
-  Text value = settings.ReadSetting(key, u"x");
+  TextView name = HotkeyKey(slot, HotkeyField::En).name;
+  Text value = settings.ReadSetting(name, u"x");
   if (value == u"0") return false;
-  if (value != u"1") settings.WriteSetting(key, u"1");
+  if (value != u"1") settings.WriteSetting(name, u"1");
   return true;
 }
 
-const WindowOptionRule kListCaseRule{u"Set_LO", kZeroToThree, kListCaseRepair, u"1",
-                                     u"Cur_LO", u"0"};
-const WindowOptionRule kDeleteOnPasteRule{u"Set_Dl", kZeroToTwo, kDeleteRepair, u"1",
-                                          u"Cur_Dl", u"1"};
-const WindowOptionRule kViewRule{u"Set_Vu", kZeroToTwo, kViewRepair, u"1", u"Cur_Vu", u"1"};
-const WindowOptionRule kPinRule{u"Set_Pn", kZeroToTwo, kPinRepair, u"1", u"Cur_Pn", u"0"};
+const WindowOptionRule kListCaseRule{key::Set_LO.name, kZeroToThree, kListCaseRepair, u"1",
+                                     key::Cur_LO.name, u"0"};
+const WindowOptionRule kDeleteOnPasteRule{key::Set_Dl.name, kZeroToTwo, kDeleteRepair, u"1",
+                                          key::Cur_Dl.name, u"1"};
+const WindowOptionRule kViewRule{key::Set_Vu.name, kZeroToTwo, kViewRepair, u"1",
+                                 key::Cur_Vu.name, u"1"};
+const WindowOptionRule kPinRule{key::Set_Pn.name, kZeroToTwo, kPinRepair, u"1",
+                                key::Cur_Pn.name, u"0"};
 
 WindowOption ReadWindowOption(Settings& settings, const WindowOptionRule& rule) {
   Text set = settings.ReadSetting(rule.setKey, u"x");
@@ -140,8 +142,9 @@ WindowOption ReadWindowOption(Settings& settings, const WindowOptionRule& rule) 
   return {set, settings.ReadSetting(rule.curKey, rule.curDefault)};
 }
 
-const std::span<const KeyValue> kResetValues{kReset};
-
-void WriteResetValues(Settings& settings) { WriteAll(settings, kResetValues); }
+void WriteResetValues(Settings& settings) {
+  for (const Key* k : kAllKeys)
+    if (k->reset) settings.WriteSetting(k->name, k->defaultValue);
+}
 
 }  // namespace mq::settings

@@ -14,6 +14,60 @@ struct KeyValue {
   TextView value;
 };
 
+// One stored setting: its name and its default, the value a reset of every setting writes
+// (the settings dialog's "Reset Defaults" shows the same values). Readers pass their own
+// read defaults (often "x", meaning absent) and repairs, held in the rules below.
+struct Key {
+  TextView name;
+  TextView defaultValue;
+  bool reset = true;  // written by the reset after a settings failure (geometry is not)
+};
+
+// Every key the program stores, in the order the reset writes them.
+namespace key {
+inline constexpr Key Set_Op{u"Set_Op", u"0"}, Cur_Op{u"Cur_Op", u"1"};
+inline constexpr Key Set_En{u"Set_En", u"1"}, Cur_En{u"Cur_En", u"1"};
+inline constexpr Key Set_Mo{u"Set_Mo", u"0"}, Cur_Mo{u"Cur_Mo", u"2"};
+inline constexpr Key Set_Fm{u"Set_Fm", u"0"}, Cur_Fm{u"Cur_Fm", u"1"};
+inline constexpr Key Set_LO{u"Set_LO", u"0"}, Cur_LO{u"Cur_LO", u"0"};
+inline constexpr Key Set_Pn{u"Set_Pn", u"0"}, Cur_Pn{u"Cur_Pn", u"0"};
+inline constexpr Key Set_Dl{u"Set_Dl", u"1"}, Cur_Dl{u"Cur_Dl", u"1"};
+inline constexpr Key Set_Vu{u"Set_Vu", u"0"}, Cur_Vu{u"Cur_Vu", u"0"};
+inline constexpr Key Set_RC_Op{u"Set_RC_Op", u"12"};
+inline constexpr Key Set_HV_Ky{u"Set_HV_Ky", u"49"};
+inline constexpr Key Set_H0_Ky{u"Set_H0_Ky", u"50"}, Set_H0_En{u"Set_H0_En", u"1"},
+    Set_H0_Op{u"Set_H0_Op", u"2"};
+inline constexpr Key Set_H1_Ky{u"Set_H1_Ky", u"51"}, Set_H1_En{u"Set_H1_En", u"1"},
+    Set_H1_Op{u"Set_H1_Op", u"3"};
+inline constexpr Key Set_H2_Ky{u"Set_H2_Ky", u"52"}, Set_H2_En{u"Set_H2_En", u"1"},
+    Set_H2_Op{u"Set_H2_Op", u"41"};
+inline constexpr Key Set_H3_Ky{u"Set_H3_Ky", u"53"}, Set_H3_En{u"Set_H3_En", u"1"},
+    Set_H3_Op{u"Set_H3_Op", u"0"};
+inline constexpr Key Set_Sz{u"Set_Sz", u"1"}, Set_FO{u"Set_FO", u"75"}, Set_FS{u"Set_FS", u"2"};
+inline constexpr Key Cur_FF_S{u"Cur_FF_S", u"1"}, Cur_FN_S{u"Cur_FN_S", u""};
+inline constexpr Key Cur_FF_O{u"Cur_FF_O", u"3"}, Cur_FN_O{u"Cur_FN_O", u""};
+// The clip list window's geometry in each view: never reset.
+inline constexpr Key Cur_Lt_Sm{u"Cur_Lt_Sm", u"", false}, Cur_Tp_Sm{u"Cur_Tp_Sm", u"", false},
+    Cur_Wd_Sm{u"Cur_Wd_Sm", u"", false}, Cur_Hi_Sm{u"Cur_Hi_Sm", u"", false};
+inline constexpr Key Cur_Lt_Lg{u"Cur_Lt_Lg", u"", false}, Cur_Tp_Lg{u"Cur_Tp_Lg", u"", false},
+    Cur_Wd_Lg{u"Cur_Wd_Lg", u"", false}, Cur_Hi_Lg{u"Cur_Hi_Lg", u"", false};
+}  // namespace key
+
+inline constexpr const Key* kAllKeys[] = {
+    &key::Set_Op,    &key::Cur_Op,    &key::Set_En,    &key::Cur_En,    &key::Set_Mo,
+    &key::Cur_Mo,    &key::Set_Fm,    &key::Cur_Fm,    &key::Set_LO,    &key::Cur_LO,
+    &key::Set_Pn,    &key::Cur_Pn,    &key::Set_Dl,    &key::Cur_Dl,    &key::Set_Vu,
+    &key::Cur_Vu,    &key::Set_RC_Op, &key::Set_HV_Ky, &key::Set_H0_Ky, &key::Set_H0_En,
+    &key::Set_H0_Op, &key::Set_H1_Ky, &key::Set_H1_En, &key::Set_H1_Op, &key::Set_H2_Ky,
+    &key::Set_H2_En, &key::Set_H2_Op, &key::Set_H3_Ky, &key::Set_H3_En, &key::Set_H3_Op,
+    &key::Set_Sz,    &key::Set_FO,    &key::Set_FS,    &key::Cur_FF_S,  &key::Cur_FN_S,
+    &key::Cur_FF_O,  &key::Cur_FN_O,  &key::Cur_Lt_Sm, &key::Cur_Tp_Sm, &key::Cur_Wd_Sm,
+    &key::Cur_Hi_Sm, &key::Cur_Lt_Lg, &key::Cur_Tp_Lg, &key::Cur_Wd_Lg, &key::Cur_Hi_Lg,
+};
+
+// The clip list window opacity a repair or reset gives: Set_FO's default.
+int DefaultOpacity();
+
 // ---- Start-up pairs (case, mode, formatting, enabled) ------------------------------
 enum class LastUsed {
   ExactZero,    // Set_ text is exactly "0"
@@ -58,8 +112,10 @@ FadeResult ReadFadeSpeed(Settings& settings);  // Set_FS: "0".."3"
 int FadeSpeedFor(TextView code);                 // "1" 4, "2" 2, "3" 1, else 0
 
 // ---- Hotkeys -------------------------------------------------------------------------
-// Hotkey slot keys: "Set_H" + slot + suffix; slot -1 is the paste hotkey ("Set_HV_Ky").
-Text HotkeyKey(int slot, TextView suffix);
+// Hotkey slot keys: "Set_H" + slot + suffix ("_Ky", "_En", "_Op"); slot -1 is the paste
+// hotkey ("Set_HV_Ky").
+enum class HotkeyField { Ky, En, Op };
+const Key& HotkeyKey(int slot, HotkeyField field);
 int DefaultHotkeyVKey(int slot);        // 49 paste, 50 + slot
 TextView DefaultActionCode(int slot);   // "2", "3", "41", "0"
 
@@ -93,8 +149,7 @@ struct WindowOption {
 WindowOption ReadWindowOption(Settings& settings, const WindowOptionRule& rule);
 
 // ---- Reset -------------------------------------------------------------------------------
-// Every value that a reset after an unknown settings failure writes, in order.
-extern const std::span<const KeyValue> kResetValues;
+// Writes every key of kAllKeys marked for reset with its default, in table order.
 void WriteResetValues(Settings& settings);
 
 }  // namespace mq::settings

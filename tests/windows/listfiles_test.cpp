@@ -134,10 +134,10 @@ TEST(ListFilesOnWindows, SaveAndLoadThroughTheRealAdapters) {
   SystemCodePage codePage;
   Win32FileSystem files;
   ListContext context{store, rtb, codePage, files};
-  store.Append(u"first entry", kFormatPlain, u"first entry");
-  store.Append(u"{\\rtf1 \\b rich\\b0  text}", kFormatRich, u"rich text");
-  store.Append(u"\u03A9 \u65E5 \U0001F4CE", kFormatPlain, u"x");  // no ANSI page holds all
-  store.Append(Text(50000, u'w'), kFormatPlain, u"w");
+  store.Append(ClipEntry::Plain(u"first entry"), u"first entry");
+  store.Append(ClipEntry::Rich("{\\rtf1 \\b rich\\b0  text}"), u"rich text");
+  store.Append(ClipEntry::Plain(u"\u03A9 \u65E5 \U0001F4CE"), u"x");  // no ANSI page holds all
+  store.Append(ClipEntry::Plain(Text(50000, u'w')), u"w");
   const auto saved = FileOperations::CurrentEntries(store);
 
   for (bool isProtected : {false, true}) {

@@ -84,7 +84,7 @@ int Make(Environment& env, const Command& cmd) {
   if (cmd.operands.size() < 2) return Usage(env, "make needs OUTPUT and at least one ENTRY");
   if (cmd.operands.size() - 1 > static_cast<size_t>(kClipSlots))
     return Usage(env, "a list holds at most 100 entries");
-  std::vector<ListEntry> entries;
+  std::vector<ClipEntry> entries;
   for (size_t k = 1; k < cmd.operands.size(); ++k) {
     const Text& path = cmd.operands[k];
     Bytes data;
@@ -92,10 +92,9 @@ int Make(Environment& env, const Command& cmd) {
     if (!env.files.ReadAll(path, data, error))
       return Fail(env, kUsage, "cannot read " + U8(path) + ": " + U8(error));
     if (data.empty()) return Fail(env, kUsage, U8(path) + " is empty; an entry needs text");
-    ListEntry entry;
+    ClipEntry entry;
     if (EndsWithNoCase(path, u".rtf")) {
-      entry.format = kFormatRich;
-      entry.text = Widen(data);
+      entry = ClipEntry::Rich(data);
     } else {
       // Editors on Windows like to start UTF-8 with a byte-order mark; it is not text.
       if (data.substr(0, 3) == "\xEF\xBB\xBF") data.erase(0, 3);
@@ -118,7 +117,7 @@ int Dump(Environment& env, const Command& cmd) {
   Bytes file;
   bool isProtected = false;
   if (int rc = ReadList(env, cmd, file, isProtected, true); rc != kOk) return rc;
-  std::vector<ListEntry> entries;
+  std::vector<ClipEntry> entries;
   if (!FileOperations::DecodeListFile(file, env.codePage, isProtected,
                                       cmd.password.value_or(Text()), entries))
     return Fail(env, kUndecodable,
@@ -135,7 +134,7 @@ int Dump(Environment& env, const Command& cmd) {
   for (size_t k = 0; k < entries.size(); ++k) {
     const bool rich = entries[k].format == kFormatRich;
     const Text name = Format000(static_cast<long long>(k)) + (rich ? u".rtf" : u".txt");
-    const Bytes data = rich ? Narrow(entries[k].text) : ToUtf8(entries[k].text);
+    const Bytes data = rich ? entries[k].rtf : ToUtf8(entries[k].text);
     Text error;
     const Text path = JoinPath(dir, name);
     if (!env.files.WriteAllAtomic(path, data, error))

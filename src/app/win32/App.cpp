@@ -65,7 +65,7 @@ void SignalReady() {
 struct App::Parts {
   Parts()
       : hotkeys(hotkeyControls),
-        listWindow(list, ending, IsXpClass(os)),
+        listWindow(list, IsXpClass(os)),
         clip({store, clipboard, *rtb(), clock, cases, window, keys}),
         services{settings, window, window, window, flash, files, hotkeys, hotkeyControls,
                  clip,     list,   os,     ProgramFolder()},
@@ -85,7 +85,6 @@ struct App::Parts {
   HotkeyControls hotkeyControls;
   Win32HotkeySystem hotkeys;
   frmList list{settings};
-  bool ending = false;
   ListWindow listWindow;
   ClipStore store{list.lstClip};
   Win32Clipboard clipboard;
@@ -119,7 +118,6 @@ int App::Run() {
   p.window.onReady = [] { SignalReady(); };
 
   if (!p.main.Form_Load()) return 0;
-  p.ending = p.main.Ending;
   PostMessageW(p.window.hwnd(), MainWindow::kReadyMessage, 0, 0);
 
   MSG msg;
@@ -128,7 +126,6 @@ int App::Run() {
     if (about && IsDialogMessageW(about, &msg)) continue;
     TranslateMessage(&msg);
     DispatchMessageW(&msg);
-    p.ending = p.main.Ending;
   }
   p.cpFlag.reset();
   return 0;

@@ -53,7 +53,7 @@ void MainWindow::PopupMenu() {
   if (!main_ || !menus_) return;
   POINT at{};
   GetCursorPos(&at);
-  int command = menus_->TrackPopup(hwnd(), main_->mnuPopUp, main_->menuStyle, at);
+  int command = menus_->TrackPopup(hwnd(), main_->mnuPopUp(), main_->menuStyle(), at);
   if (command) main_->RunMenuCommand(command);
 }
 

@@ -12,8 +12,8 @@ constexpr int kWidthTwips = 3735, kHeightTwips = 3255, kMarginTwips = 120;
 constexpr COLORREF kBorderColour = RGB(60, 90, 140);
 }  // namespace
 
-ListWindow::ListWindow(frmList& model, const bool& ending, bool layeredWindows)
-    : model_(model), ending_(ending), layered_(layeredWindows) {}
+ListWindow::ListWindow(frmList& model, bool layeredWindows)
+    : model_(model), layered_(layeredWindows) {}
 
 ListWindow::~ListWindow() {
   model_.lstClip.SetObserver(nullptr);
@@ -153,7 +153,7 @@ LRESULT ListWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     }
     case WM_CLOSE:
       // Closed only when the program ends; otherwise the request is refused.
-      if (ending_) DestroyWindow(hwnd());
+      if (closeAllowed_) DestroyWindow(hwnd());
       return 0;
     default:
       return Default(message, wParam, lParam);

@@ -14,8 +14,8 @@ namespace mq::win32 {
 
 class ListWindow final : public Window, public ListWindowView, public ListObserver {
  public:
-  // ending: the program-ending flag; until it is set the window refuses to close.
-  ListWindow(frmList& model, const bool& ending, bool layeredWindows);
+  // Until the program ends (AllowClose) the window refuses to close.
+  ListWindow(frmList& model, bool layeredWindows);
   ~ListWindow() override;
 
   bool CreateHidden();
@@ -26,6 +26,7 @@ class ListWindow final : public Window, public ListWindowView, public ListObserv
   void Show(bool fade) override;
   void Hide(bool fade) override;
   void StateChanged() override;
+  void AllowClose() override { closeAllowed_ = true; }
 
   // ListObserver: the list box mirrors the model.
   void RowInserted(int index, const ListRow& row) override;
@@ -41,7 +42,7 @@ class ListWindow final : public Window, public ListWindowView, public ListObserv
   void Paint();
 
   frmList& model_;
-  const bool& ending_;
+  bool closeAllowed_ = false;
   bool layered_;
   HWND list_ = nullptr;
   UniqueFont font_;

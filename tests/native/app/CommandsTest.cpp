@@ -31,17 +31,17 @@ TEST(TrayCommands, EnableTogglesEverythingThatShowsTheState) {
   Loaded h;
   h.main.mnuEnable_Click();
   EXPECT_FALSE(h.main.Enabled());
-  EXPECT_EQ(Text_(h.main.mnuEnable), "Enable Me");
-  EXPECT_EQ(Prop(h.main.mnuEnable, u"IMG:"), "i2");
-  EXPECT_FALSE(h.main.mnuFormat.enabled);
-  EXPECT_FALSE(h.main.mnuOpHead.enabled);
+  EXPECT_EQ(Text_(h.main.mnuEnable()), "Enable Me");
+  EXPECT_EQ(Prop(h.main.mnuEnable(), u"IMG:"), "i2");
+  EXPECT_FALSE(h.main.mnuFormat().enabled);
+  EXPECT_FALSE(h.main.mnuOpHead().enabled);
   EXPECT_EQ(h.port.Get(u"Cur_En"), "2");
   EXPECT_EQ(h.tray.icon, 102);
-  EXPECT_EQ(h.main.menuStyle.raisedLabelColor, Rgb(208, 0, 0));
-  EXPECT_EQ(ToUtf8(h.main.mnuEnVal.caption), "-{Raised}[DISABLED]");
-  EXPECT_FALSE(h.main.frmFlash.picIconVisible[0]);
-  EXPECT_TRUE(h.main.frmFlash.picIconVisible[1]);
-  EXPECT_FALSE(h.main.frmFlash.lblOpVisible);
+  EXPECT_EQ(h.main.menuStyle().raisedLabelColor, Rgb(208, 0, 0));
+  EXPECT_EQ(ToUtf8(h.main.mnuEnVal().caption), "-{Raised}[DISABLED]");
+  EXPECT_FALSE(h.main.frmFlash().picIconVisible[0]);
+  EXPECT_TRUE(h.main.frmFlash().picIconVisible[1]);
+  EXPECT_FALSE(h.main.frmFlash().lblOpVisible);
   EXPECT_TRUE(h.flash.shown.empty()) << "the tray command prepares the notice, shows none";
 
   // The icon follows the state after later changes too.
@@ -50,59 +50,65 @@ TEST(TrayCommands, EnableTogglesEverythingThatShowsTheState) {
 
   h.main.mnuEnable_Click();
   EXPECT_TRUE(h.main.Enabled());
-  EXPECT_EQ(Text_(h.main.mnuEnable), "Disable Me");
-  EXPECT_EQ(Prop(h.main.mnuEnable, u"IMG:"), "i1");
-  EXPECT_TRUE(h.main.mnuFormat.enabled);
-  EXPECT_TRUE(h.main.mnuOpHead.enabled);
+  EXPECT_EQ(Text_(h.main.mnuEnable()), "Disable Me");
+  EXPECT_EQ(Prop(h.main.mnuEnable(), u"IMG:"), "i1");
+  EXPECT_TRUE(h.main.mnuFormat().enabled);
+  EXPECT_TRUE(h.main.mnuOpHead().enabled);
   EXPECT_EQ(h.port.Get(u"Cur_En"), "1");
   EXPECT_EQ(h.tray.icon, 101);
-  EXPECT_EQ(h.main.menuStyle.raisedLabelColor, Rgb(0, 160, 0));
-  EXPECT_EQ(ToUtf8(h.main.mnuEnVal.caption), "-{Raised}[ENABLED]");
-  EXPECT_TRUE(h.main.frmFlash.picIconVisible[0]);
+  EXPECT_EQ(h.main.menuStyle().raisedLabelColor, Rgb(0, 160, 0));
+  EXPECT_EQ(ToUtf8(h.main.mnuEnVal().caption), "-{Raised}[ENABLED]");
+  EXPECT_TRUE(h.main.frmFlash().picIconVisible[0]);
 }
 
 TEST(TrayCommands, ModeSwitchHidesTheListAndItsCommand) {
   Loaded h;
   h.main.mnuList_Click();  // the clip list window is shown
   ASSERT_EQ(h.log.back(), "list.show fade");
-  EXPECT_EQ(Text_(h.main.mnuList), "Hide Clip List");
-  EXPECT_EQ(Prop(h.main.mnuList, u"Default"), "True") << "still the default item";
-  h.clip.SelfWrite = true;
-
+  EXPECT_EQ(Text_(h.main.mnuList()), "Hide Clip List");
+  EXPECT_EQ(Prop(h.main.mnuList(), u"Default"), "True") << "still the default item";
   h.main.mnuMode_Click();
-  EXPECT_TRUE(h.main.SingleMode);
-  EXPECT_EQ(ToUtf8(h.main.mnuMode.caption), "To Multi Mode");
-  EXPECT_FALSE(h.main.mnuList.visible);
-  EXPECT_FALSE(h.main.mnuBar1.visible);
-  EXPECT_FALSE(h.clip.SelfWrite);
+  EXPECT_TRUE(h.main.SingleMode());
+  EXPECT_EQ(ToUtf8(h.main.mnuMode().caption), "To Multi Mode");
+  EXPECT_FALSE(h.main.mnuList().visible);
+  EXPECT_FALSE(h.main.mnuBar1().visible);
   EXPECT_EQ(h.port.Get(u"Cur_Mo"), "1");
   EXPECT_EQ(h.Count("list.hide fade"), 1);
-  EXPECT_EQ(Text_(h.main.mnuList), "Show Clip List");
+  EXPECT_EQ(Text_(h.main.mnuList()), "Show Clip List");
   EXPECT_EQ(h.tray.tip, "Marquill (Single No)");
 
   h.main.mnuMode_Click();
-  EXPECT_FALSE(h.main.SingleMode);
-  EXPECT_TRUE(h.main.mnuList.visible);
-  EXPECT_TRUE(h.main.mnuBar1.visible);
+  EXPECT_FALSE(h.main.SingleMode());
+  EXPECT_TRUE(h.main.mnuList().visible);
+  EXPECT_TRUE(h.main.mnuBar1().visible);
   EXPECT_EQ(h.port.Get(u"Cur_Mo"), "2");
   EXPECT_EQ(h.tray.tip, "Marquill (Multi No)");
 }
 
 TEST(TrayCommands, ListFadesOnlyOnXpClassSystemsWithFadingOn) {
-  Loaded h;
-  h.main.NoFade = true;
-  h.main.mnuList_Click();
-  EXPECT_EQ(h.log.back(), "list.show");
-  h.main.NoFade = false;
-  h.main.IconBase = 2;  // before XP: no layered windows
-  h.main.mnuList_Click();
-  EXPECT_EQ(h.log.back(), "list.hide");
+  {
+    MainHarness h;
+    h.port.Set(u"Set_FS", u"0");  // No Fade
+    h.main.Form_Load();
+    h.main.mnuList_Click();
+    EXPECT_EQ(h.log.back(), "list.show");
+  }
+  {
+    MainHarness h;
+    h.services.os = OsVersion{2, 5, 0, 2195, u"Service Pack 4"};  // before XP: no layered windows
+    h.main.Form_Load();
+    EXPECT_EQ(h.main.IconBase(), 2);
+    h.main.mnuList_Click();
+    EXPECT_EQ(h.log.back(), "list.show");
+    h.main.mnuList_Click();
+    EXPECT_EQ(h.log.back(), "list.hide");
+  }
 }
 
 TEST(TrayCommands, FormattingAndCaseCommandsSetKeysCaptionsAndTip) {
   Loaded h;
   h.main.mnuFormat_Click();
-  EXPECT_TRUE(h.main.mnuFormat.checked);
+  EXPECT_TRUE(h.main.mnuFormat().checked);
   EXPECT_EQ(h.port.Get(u"Cur_Fm"), "2");
   EXPECT_EQ(h.tray.tip, "Marquill (Multi Purge No)");
   h.main.mnuFormat_Click();
@@ -115,23 +121,25 @@ TEST(TrayCommands, FormattingAndCaseCommandsSetKeysCaptionsAndTip) {
     const char* cur;
     const char* header;
     const char* tip;
-    MenuItem frmMain::*item;
+    const char* itemName;
   } cases[] = {
-      {&frmMain::mnuOp_St_Click, 1, "2", "CaseChange (St)", "Marquill (Multi St)", &frmMain::mnuOp_St},
-      {&frmMain::mnuOp_UC_Click, 2, "3", "CaseChange (UC)", "Marquill (Multi UC)", &frmMain::mnuOp_UC},
-      {&frmMain::mnuOp_lc_Click, 3, "4", "CaseChange (lc)", "Marquill (Multi lc)", &frmMain::mnuOp_lc},
-      {&frmMain::mnuOp_No_Click, 0, "1", "CaseChange (None)", "Marquill (Multi No)", &frmMain::mnuOp_No},
+      {&frmMain::mnuOp_St_Click, 1, "2", "CaseChange (St)", "Marquill (Multi St)", "mnuOp_St"},
+      {&frmMain::mnuOp_UC_Click, 2, "3", "CaseChange (UC)", "Marquill (Multi UC)", "mnuOp_UC"},
+      {&frmMain::mnuOp_lc_Click, 3, "4", "CaseChange (lc)", "Marquill (Multi lc)", "mnuOp_lc"},
+      {&frmMain::mnuOp_No_Click, 0, "1", "CaseChange (None)", "Marquill (Multi No)", "mnuOp_No"},
   };
   for (const auto& c : cases) {
     (h.main.*c.command)();
-    EXPECT_EQ(h.main.CaseOp, c.caseOp);
+    EXPECT_EQ(h.main.CaseOp(), c.caseOp);
     EXPECT_EQ(h.port.Get(u"Cur_Op"), c.cur);
-    EXPECT_EQ(ToUtf8(h.main.mnuOpHead.caption), c.header);
+    EXPECT_EQ(ToUtf8(h.main.mnuOpHead().caption), c.header);
     EXPECT_EQ(h.tray.tip, c.tip);
-    int checks = h.main.mnuOp_No.checked + h.main.mnuOp_St.checked + h.main.mnuOp_UC.checked +
-                 h.main.mnuOp_lc.checked;
+    int checks = 0;
+    for (const MenuItem* item : h.main.mnuOpHead().items) {
+      checks += item->checked;
+      if (item->checked) EXPECT_EQ(ToUtf8(item->name), c.itemName);
+    }
     EXPECT_EQ(checks, 1);
-    EXPECT_TRUE((h.main.*c.item).checked);
   }
 }
 
@@ -150,7 +158,7 @@ TEST(TrayCommands, CaseCommandsRewriteTheClipboardInSingleModeOnly) {
   EXPECT_EQ(ToUtf8(h.clipboard.text), "MiXed");
   h.main.mnuOp_St_Click();
   EXPECT_EQ(ToUtf8(h.clipboard.text), "Mixed");
-  EXPECT_FALSE(h.clip.SelfWrite);
+  EXPECT_FALSE(h.clip.SelfWrite());
 }
 
 TEST(TrayCommands, HelpAboutSettingsAndExit) {
@@ -209,7 +217,7 @@ TEST(TrayIcon, ButtonsOnTheIcon) {
 TEST(ActionCodes, EveryCodeDoesWhatItNames) {
   Loaded h;
   h.main.RunActionCode(u"1");
-  EXPECT_TRUE(h.main.SingleMode);
+  EXPECT_TRUE(h.main.SingleMode());
   EXPECT_EQ(h.LastNotice(), "Single");
   h.main.RunActionCode(u"1");
   EXPECT_EQ(h.LastNotice(), "Multi");
@@ -245,29 +253,29 @@ TEST(ActionCodes, CaseTogglesAlternateBetweenTheirTwoChoices) {
   Loaded h;
   // "41" with (No Change) selected: the Action 2 choice, Standardize.
   h.main.RunActionCode(u"41");
-  EXPECT_EQ(h.main.CaseOp, 1);
+  EXPECT_EQ(h.main.CaseOp(), 1);
   EXPECT_EQ(h.LastNotice(), "Standardize");
   h.main.RunActionCode(u"41");
-  EXPECT_EQ(h.main.CaseOp, 0);
+  EXPECT_EQ(h.main.CaseOp(), 0);
   EXPECT_EQ(h.LastNotice(), "(No Change)");
   h.main.RunActionCode(u"41");
-  EXPECT_EQ(h.main.CaseOp, 1);
+  EXPECT_EQ(h.main.CaseOp(), 1);
 
   // "5" with Standardize selected: the second character is "5" itself, which names no case.
   size_t notices = h.flash.shown.size();
   h.main.RunActionCode(u"5");
-  EXPECT_EQ(h.main.CaseOp, 1);
+  EXPECT_EQ(h.main.CaseOp(), 1);
   EXPECT_EQ(h.flash.shown.size(), notices);
 
   h.main.RunActionCode(u"63");
-  EXPECT_EQ(h.main.CaseOp, 2);
+  EXPECT_EQ(h.main.CaseOp(), 2);
   EXPECT_EQ(h.LastNotice(), "UPPER CASE");
   EXPECT_EQ(h.port.Get(u"Cur_Op"), "3");
   h.main.RunActionCode(u"63");
-  EXPECT_EQ(h.main.CaseOp, 3);
+  EXPECT_EQ(h.main.CaseOp(), 3);
   EXPECT_EQ(h.LastNotice(), "lower case");
   h.main.RunActionCode(u"70");
-  EXPECT_EQ(h.main.CaseOp, 0) << "lower case is selected: its Action 2 choice";
+  EXPECT_EQ(h.main.CaseOp(), 0) << "lower case is selected: its Action 2 choice";
 }
 
 TEST(Hotkeys, FunctionSlotsWriteTheirDefaultOnlyWhenAbsent) {
@@ -281,7 +289,7 @@ TEST(Hotkeys, FunctionSlotsWriteTheirDefaultOnlyWhenAbsent) {
   EXPECT_TRUE(h.main.Purging());
   h.hotkeys.Press(h.hotkeyControls, 2, '4');
   EXPECT_EQ(h.port.Get(u"Set_H2_Op"), "41");
-  EXPECT_EQ(h.main.CaseOp, 1);
+  EXPECT_EQ(h.main.CaseOp(), 1);
   h.hotkeys.Press(h.hotkeyControls, 2, '5');
   EXPECT_EQ(h.port.Get(u"Set_H3_Op"), "0");
   EXPECT_FALSE(h.main.Enabled());
@@ -293,14 +301,14 @@ TEST(Hotkeys, FunctionSlotsWriteTheirDefaultOnlyWhenAbsent) {
   EXPECT_EQ(h.port.Get(u"Set_H1_Op"), "z");
   h.port.Set(u"Set_H1_Op", u"1");
   h.hotkeys.Press(h.hotkeyControls, 2, '3');
-  EXPECT_TRUE(h.main.SingleMode);
+  EXPECT_TRUE(h.main.SingleMode());
 }
 
 TEST(Hotkeys, PasteNeedsARowButNotTheEnabledState) {
   Loaded h;
   h.hotkeys.Press(h.hotkeyControls, 2, '1');
   EXPECT_EQ(h.keys.pastes, 0);
-  h.store.Append(u"entry", kFormatPlain, u"entry");
+  h.store.Append(ClipEntry::Plain(u"entry"), u"entry");
   h.main.mnuEnable_Click();  // disabled: pasting still works
   h.hotkeys.Press(h.hotkeyControls, 2, '1');
   EXPECT_EQ(h.keys.pastes, 1);
@@ -316,12 +324,21 @@ TEST(ClipboardChanges, DependOnTheStateAndTheGuard) {
   h.main.cpFlag_ClipboardChanged();
   EXPECT_EQ(h.list.lstClip.ListCount(), 0) << "disabled";
   h.main.mnuEnable_Click();
-  h.clip.SelfWrite = true;
-  h.main.cpFlag_ClipboardChanged();
-  EXPECT_EQ(h.list.lstClip.ListCount(), 0) << "our own write";
-  h.clip.SelfWrite = false;
   h.main.cpFlag_ClipboardChanged();
   EXPECT_EQ(h.list.lstClip.ListCount(), 1);
+  h.clock.Advance(1000);
+  h.clipboard.SetText(u"second");
+  h.main.cpFlag_ClipboardChanged();
+  ASSERT_EQ(h.list.lstClip.ListCount(), 2);
+  // The notice that our own paste causes arrives while it writes: it is not a copy.
+  h.clock.Advance(1000);
+  h.clipboard.onWrite = [&] {
+    h.clock.Advance(1000);  // past the echo window too: only the guard keeps it out
+    h.main.cpFlag_ClipboardChanged();
+  };
+  h.clip.PasteFirstEntry(false);
+  h.clipboard.onWrite = nullptr;
+  EXPECT_EQ(h.list.lstClip.ListCount(), 2) << "our own write";
 
   h.main.mnuMode_Click();
   h.main.mnuOp_lc_Click();
@@ -329,7 +346,7 @@ TEST(ClipboardChanges, DependOnTheStateAndTheGuard) {
   h.clipboard.SetText(u"Hello");
   h.main.cpFlag_ClipboardChanged();
   EXPECT_EQ(ToUtf8(h.clipboard.text), "hello");
-  EXPECT_EQ(h.list.lstClip.ListCount(), 1);
+  EXPECT_EQ(h.list.lstClip.ListCount(), 2);
 }
 
 TEST(Notices, TextsFollowTheState) {
@@ -342,7 +359,7 @@ TEST(Notices, TextsFollowTheState) {
     EXPECT_FALSE(h.flash.shown.back().picIconVisible[1]);
   }
   h.main.SelectCaseByDigit(u"2");
-  EXPECT_EQ(h.main.CaseOp, 2);
+  EXPECT_EQ(h.main.CaseOp(), 2);
   EXPECT_EQ(h.LastNotice(), "UPPER CASE");
   size_t shown = h.flash.shown.size();
   h.main.SelectCaseByDigit(u"4");

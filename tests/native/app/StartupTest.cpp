@@ -22,11 +22,11 @@ TEST(Startup, FreshInstallationWritesOnlyTheFirstRunKeys) {
 
   // Enabled, multi mode, formatting preserved, no case change.
   EXPECT_TRUE(h.main.Enabled());
-  EXPECT_FALSE(h.main.SingleMode);
+  EXPECT_FALSE(h.main.SingleMode());
   EXPECT_FALSE(h.main.Purging());
-  EXPECT_EQ(h.main.CaseOp, 0);
-  EXPECT_TRUE(h.main.mnuOp_No.checked);
-  EXPECT_EQ(ToUtf8(h.main.mnuOpHead.caption), "CaseChange (None)");
+  EXPECT_EQ(h.main.CaseOp(), 0);
+  EXPECT_TRUE(h.main.mnuOp(kCaseNone).checked);
+  EXPECT_EQ(ToUtf8(h.main.mnuOpHead().caption), "CaseChange (None)");
   EXPECT_EQ(h.tray.tip, "Marquill (Multi No)");
   EXPECT_EQ(h.tray.icon, 101);
   // Hotkeys CTRL+1 (paste) and CTRL+2..CTRL+5.
@@ -35,7 +35,7 @@ TEST(Startup, FreshInstallationWritesOnlyTheFirstRunKeys) {
   EXPECT_EQ(h.list.Fader1.opacity, 75);
   EXPECT_EQ(h.list.Fader1.fadeIn, 2);
   EXPECT_EQ(h.list.Fader1.fadeOut, 2);
-  EXPECT_FALSE(h.main.NoFade);
+  EXPECT_FALSE(h.main.NoFade());
   EXPECT_TRUE(h.list.DeleteOnPaste);
   EXPECT_EQ(h.list.cbOpIndex, 0);
 }
@@ -89,20 +89,20 @@ TEST(Startup, StoredStatesAreRestored) {
   h.port.Set(u"Set_FS", u"0");
   ASSERT_TRUE(h.main.Form_Load());
   EXPECT_TRUE(h.messages.shown.empty());
-  EXPECT_EQ(h.main.CaseOp, 2);
-  EXPECT_TRUE(h.main.mnuOp_UC.checked);
-  EXPECT_FALSE(h.main.mnuOp_No.checked);
-  EXPECT_EQ(ToUtf8(h.main.mnuOpHead.caption), "CaseChange (UC)");
-  EXPECT_TRUE(h.main.SingleMode);
-  EXPECT_EQ(ToUtf8(h.main.mnuMode.caption), "To Multi Mode");
-  EXPECT_FALSE(h.main.mnuList.visible);
-  EXPECT_FALSE(h.main.mnuBar1.visible);
+  EXPECT_EQ(h.main.CaseOp(), 2);
+  EXPECT_TRUE(h.main.mnuOp(kCaseUpper).checked);
+  EXPECT_FALSE(h.main.mnuOp(kCaseNone).checked);
+  EXPECT_EQ(ToUtf8(h.main.mnuOpHead().caption), "CaseChange (UC)");
+  EXPECT_TRUE(h.main.SingleMode());
+  EXPECT_EQ(ToUtf8(h.main.mnuMode().caption), "To Multi Mode");
+  EXPECT_FALSE(h.main.mnuList().visible);
+  EXPECT_FALSE(h.main.mnuBar1().visible);
   EXPECT_EQ(h.port.Get(u"Cur_Mo"), "1");
   EXPECT_TRUE(h.main.Purging());
   EXPECT_FALSE(h.main.Enabled());
   EXPECT_EQ(h.tray.icon, 102);  // added enabled, then switched to the disabled image
   EXPECT_EQ(h.tray.tip, "Marquill (Single Purge UC)");
-  EXPECT_TRUE(h.main.NoFade);
+  EXPECT_TRUE(h.main.NoFade());
   EXPECT_EQ(h.port.Get(u"Cur_Op"), "3") << "start-up does not rewrite the chosen state";
 }
 
@@ -125,8 +125,8 @@ TEST(Startup, RepairsAreReportedOnceHoweverManyThereAre) {
   EXPECT_EQ(h.messages.shown[0].icon, MsgIcon::Exclamation);
   EXPECT_EQ(h.port.Get(u"Set_Op"), "0");
   EXPECT_EQ(h.port.Get(u"Cur_Op"), "1");
-  EXPECT_EQ(ToUtf8(h.main.mnuOpHead.caption), "CaseChange (No)");
-  EXPECT_TRUE(h.main.mnuOp_No.checked);
+  EXPECT_EQ(ToUtf8(h.main.mnuOpHead().caption), "CaseChange (No)");
+  EXPECT_TRUE(h.main.mnuOp(kCaseNone).checked);
   EXPECT_EQ(h.port.Get(u"Set_Mo"), "abc");
   EXPECT_EQ(h.port.Get(u"Set_Fm"), "0");
   EXPECT_EQ(h.port.Get(u"Cur_Fm"), "1");
@@ -138,7 +138,7 @@ TEST(Startup, RepairsAreReportedOnceHoweverManyThereAre) {
   EXPECT_EQ(h.port.Get(u"Set_H1_Ky"), "1234");
   EXPECT_TRUE(h.CtrlKeyRegistered(51));
   EXPECT_TRUE(h.main.Enabled());
-  EXPECT_FALSE(h.main.SingleMode);
+  EXPECT_FALSE(h.main.SingleMode());
   EXPECT_EQ(h.list.Fader1.opacity, 75);
 }
 
@@ -208,9 +208,9 @@ TEST(Startup, AStoreFailureResetsEverySetting) {
   EXPECT_EQ(h.port.Get(u"Set_RC_Op"), "12");
   EXPECT_EQ(h.port.Get(u"Cur_FF_O"), "3");
   EXPECT_EQ(h.port.Get(u"Set_Mo"), "0");
-  EXPECT_FALSE(h.main.SingleMode);
+  EXPECT_FALSE(h.main.SingleMode());
   EXPECT_TRUE(h.main.Enabled());
-  EXPECT_TRUE(h.main.mnuOp_No.checked);
+  EXPECT_TRUE(h.main.mnuOp(kCaseNone).checked);
   EXPECT_TRUE(h.tray.added);
   EXPECT_EQ(h.tray.icon, 101);
   EXPECT_EQ(h.list.Fader1.opacity, 75);
@@ -240,7 +240,7 @@ TEST(Shutdown, RunsItsStepsInOrder) {
                        "help.close", "delete C:\\Apps\\Marquill\\temp.tmp",
                        "delete C:\\Apps\\Marquill\\temp2.tmp", "tray.delete", "unload.windows",
                        "quit"}));
-  EXPECT_TRUE(h.main.Ending);
+  EXPECT_TRUE(h.list.Ending());
   EXPECT_TRUE(h.hotkeys.registrations.empty());
   EXPECT_EQ(h.hotkeys.AtomCount(), 0u);
   EXPECT_TRUE(h.main.Unloaded());

@@ -119,28 +119,28 @@ TEST_F(Capture, PurgeDecidesBetweenRichAndPlain) {
   CopyRich("{\\rtf1 \\b Hello\\b0  world}", u"Hello world");
   ASSERT_EQ(list.ListCount(), 1);
   EXPECT_EQ(ToUtf8(list.List(0)), "+\tHello world");
-  EXPECT_EQ(store.ClipFormat[0], kFormatRich);
+  EXPECT_EQ(store.ClipFormat(0), kFormatRich);
   // No case change: the document is kept as loaded, formatting and all.
-  EXPECT_EQ(ToUtf8(store.ClipText[0]), "{\\rtf1 \\b Hello\\b0  world}");
+  EXPECT_EQ(store.Entry(0).rtf, "{\\rtf1 \\b Hello\\b0  world}");
   EXPECT_TRUE(box.Document().empty()) << "the conversion box is emptied after use";
 
   purge = true;
   CopyRich("{\\rtf1 \\i Other}", u"Other");
   EXPECT_EQ(ToUtf8(list.List(1)), "\tOther");
-  EXPECT_EQ(store.ClipFormat[1], kFormatPlain);
-  EXPECT_EQ(ToUtf8(store.ClipText[1]), "Other");
+  EXPECT_EQ(store.ClipFormat(1), kFormatPlain);
+  EXPECT_EQ(ToUtf8(store.Entry(1).text), "Other");
 }
 
 TEST_F(Capture, CaseOperationsApplyToPlainAndRichEntries) {
   caseOp = kCaseUpper;
   Copy(u"hello World");
   EXPECT_EQ(ToUtf8(list.List(0)), "\tHELLO WORLD");
-  EXPECT_EQ(ToUtf8(store.ClipText[0]), "HELLO WORLD");
+  EXPECT_EQ(ToUtf8(store.Entry(0).text), "HELLO WORLD");
 
   caseOp = kCaseStandardize;
   CopyRich("{\\rtf1 \\b mIXED\\b0  case}", u"mIXED case");
   EXPECT_EQ(ToUtf8(list.List(1)), "+\tMixed Case");
-  EXPECT_EQ(ToUtf8(store.ClipText[1]), "{\\rtf1 Mixed Case}");
+  EXPECT_EQ(store.Entry(1).rtf, "{\\rtf1 Mixed Case}");
 
   // The identical-content check compares the content as read, before the case change.
   Copy(u"hello World");
@@ -152,7 +152,7 @@ TEST_F(Capture, UnreadableRichTextFallsBackToThePlainText) {
   CopyRich("not rtf at all", u"fallback");
   ASSERT_EQ(list.ListCount(), 1);
   EXPECT_EQ(ToUtf8(list.List(0)), "\tfallback");
-  EXPECT_EQ(store.ClipFormat[0], kFormatPlain);
+  EXPECT_EQ(store.ClipFormat(0), kFormatPlain);
   EXPECT_TRUE(messages.shown.empty());
 }
 
@@ -162,7 +162,7 @@ TEST_F(Capture, PrivateContentIsNeverCaptured) {
   clipboard.isPrivate = true;
   ops.AddClipEntry(purge, caseOp);
   EXPECT_EQ(list.ListCount(), 0);
-  EXPECT_TRUE(ops.LastCapturedText.empty());
+  EXPECT_TRUE(ops.LastCaptured().Empty());
 }
 
 TEST_F(Capture, FullListShowsTheMessageAndKeepsTheLastContent) {
@@ -194,7 +194,7 @@ TEST_F(Capture, OneRetryThenTheAccessMessage) {
   ops.AddClipEntry(purge, caseOp);
   EXPECT_EQ(list.ListCount(), 1);
   EXPECT_TRUE(messages.shown.empty());
-  EXPECT_TRUE(ops.CaptureRetry) << "cleared only when the message is shown";
+  EXPECT_TRUE(ops.CaptureRetry()) << "cleared only when the message is shown";
 
   // While the retry flag stays set, the debounce lets every change through and the next
   // failure shows the message without a further retry.
@@ -213,7 +213,7 @@ TEST_F(Capture, OneRetryThenTheAccessMessage) {
             "Marquill is unable to access the clipboard. Either another program was attempting "
             "to simultaneously access the clipboard, or another program has locked access to "
             "the clipboard. You may try to copy the desired text again if you wish.");
-  EXPECT_FALSE(ops.CaptureRetry);
+  EXPECT_FALSE(ops.CaptureRetry());
 
   // From a clean state, two failures in a row: one retry, then the message.
   clipboard.failReads = 2;
@@ -243,12 +243,12 @@ TEST_F(Capture, PasteRotatesOrConsumesAndIgnoresItsEcho) {
   Copy(u"B");
   Copy(u"C");
   bool selfWriteDuringWrite = false;
-  clipboard.onWrite = [&] { selfWriteDuringWrite = ops.SelfWrite; };
+  clipboard.onWrite = [&] { selfWriteDuringWrite = ops.SelfWrite(); };
 
   clock.Advance(300);
   ASSERT_TRUE(ops.PasteFirstEntry(false));
   EXPECT_TRUE(selfWriteDuringWrite);
-  EXPECT_FALSE(ops.SelfWrite);
+  EXPECT_FALSE(ops.SelfWrite());
   EXPECT_EQ(ToUtf8(clipboard.text), "A");
   EXPECT_EQ(RowTexts(list), (Rows{"\tB", "\tC", "\tA"}));
   EXPECT_EQ(list.ItemData(2), 0) << "moving to the end keeps the slot";
@@ -298,7 +298,7 @@ TEST_F(Capture, PasteOfRichTextPutsOnlyRichTextAndFailedWritesChangeNothing) {
   Copy(u"kept");
   clipboard.failWrites = true;
   EXPECT_FALSE(ops.PasteFirstEntry(true));
-  EXPECT_FALSE(ops.SelfWrite);
+  EXPECT_FALSE(ops.SelfWrite());
   EXPECT_EQ(RowTexts(list), (Rows{"\tkept"}));
   EXPECT_EQ(keys.pastes, 1);
 }
@@ -331,11 +331,11 @@ class SingleMode : public Capture {};
 TEST_F(SingleMode, RewritesInPlace) {
   clipboard.SetText(u"Hello");
   bool selfWrite = false;
-  clipboard.onWrite = [&] { selfWrite = ops.SelfWrite; };
+  clipboard.onWrite = [&] { selfWrite = ops.SelfWrite(); };
   ops.RewriteInPlace(true, kCaseLower);
   EXPECT_EQ(ToUtf8(clipboard.text), "hello");
   EXPECT_TRUE(selfWrite);
-  EXPECT_FALSE(ops.SelfWrite);
+  EXPECT_FALSE(ops.SelfWrite());
 
   // Preserved formatting with rich text: only the transformed rich text remains.
   clipboard.SetRich("{\\rtf1 \\b abc}", true, u"abc");
@@ -361,7 +361,7 @@ TEST_F(SingleMode, RewritesInPlace) {
   clipboard.failReads = 1;
   ops.RewriteInPlace(false, kCaseUpper);
   EXPECT_EQ(clipboard.writes, writes);
-  EXPECT_FALSE(ops.SelfWrite);
+  EXPECT_FALSE(ops.SelfWrite());
 
   // The case commands rewrite as plain text even when rich text is there.
   clipboard.SetRich("{\\rtf1 \\b xyz}", true, u"xyz");
@@ -385,7 +385,7 @@ class SingleModeBehindAnotherViewer : public SingleMode {
     first();
     for (int notices = 0; pending > 0 && notices < 50; ++notices) {
       --pending;
-      EXPECT_FALSE(ops.SelfWrite);
+      EXPECT_FALSE(ops.SelfWrite());
       ops.RewriteInPlace(purge, caseOp);
     }
     EXPECT_EQ(pending, 0) << "the rewrites never settled";

@@ -87,6 +87,7 @@ class FakeListView : public ListWindowView {
   void Show(bool fade) override { log_.push_back(fade ? "list.show fade" : "list.show"); }
   void Hide(bool fade) override { log_.push_back(fade ? "list.hide fade" : "list.hide"); }
   void StateChanged() override {}
+  void AllowClose() override { log_.push_back("list.allowclose"); }
 
  private:
   EventLog& log_;

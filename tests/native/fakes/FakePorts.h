@@ -41,18 +41,19 @@ class FakeClipboard : public Clipboard {
     }
     return true;
   }
+  // onWrite runs once the new content is in place, where the system's change notice comes.
   bool WriteText(TextView value) override {
-    if (onWrite) onWrite();
     if (failWrites) return false;
     ++writes;
     SetText(value);
+    if (onWrite) onWrite();
     return true;
   }
   bool WriteRich(std::string_view value) override {
-    if (onWrite) onWrite();
     if (failWrites) return false;
     ++writes;
     SetRich(value, false);
+    if (onWrite) onWrite();
     return true;
   }
 

@@ -28,13 +28,13 @@ class ListFiles : public ::testing::Test {
   void Fill(int count, std::string_view prefix) {
     for (int k = 0; k < count; ++k) {
       Text text = FromUtf8(std::string(prefix) + std::to_string(k));
-      store.Append(text, kFormatPlain, text);
+      store.Append(ClipEntry::Plain(text), text);
     }
   }
   // The texts in queue order.
   std::vector<std::string> Queue() const {
     std::vector<std::string> out;
-    for (const auto& row : rows.Rows()) out.push_back(ToUtf8(store.ClipText[row.itemData]));
+    for (const auto& row : rows.Rows()) out.push_back(ToUtf8(store.Entry(row.itemData).text));
     return out;
   }
   // Saves count entries named prefix0.. into kPath and leaves the store as it was.
@@ -43,7 +43,7 @@ class ListFiles : public ::testing::Test {
     ClipStore other{otherRows};
     for (int k = 0; k < count; ++k) {
       Text text = FromUtf8(std::string(prefix) + std::to_string(k));
-      other.Append(text, kFormatPlain, text);
+      other.Append(ClipEntry::Plain(text), text);
     }
     ListContext otherContext{other, rtb, cp, files};
     ASSERT_TRUE(FileOperations::SaveListFile(otherContext, kPath, false, u"").ok);
@@ -68,10 +68,10 @@ TEST_F(ListFiles, SavedBytesFollowTheFormat) {
 
   // Plain ANSI, rich text at position 1, a text the code page cannot hold at position 2,
   // and an entry too long for the 16-bit length.
-  store.Append(u"A", kFormatPlain, u"A");
-  store.Append(u"{\\rtf1 \\b bold\\b0  text}", kFormatRich, u"bold text");
-  store.Append(u"\u03A9 \U0001F4CE", kFormatPlain, u"x");
-  store.Append(Text(40000, u'\u00E9'), kFormatPlain, u"x");
+  store.Append(ClipEntry::Plain(u"A"), u"A");
+  store.Append(ClipEntry::Rich("{\\rtf1 \\b bold\\b0  text}"), u"bold text");
+  store.Append(ClipEntry::Plain(u"\u03A9 \U0001F4CE"), u"x");
+  store.Append(ClipEntry::Plain(Text(40000, u'\u00E9')), u"x");
   ASSERT_TRUE(FileOperations::SaveListFile(context, kPath, false, u"").ok);
   EVBResource res = Inside(files.files[Text(kPath)]);
   ASSERT_EQ(res.strings().size(), 4u);
@@ -86,10 +86,10 @@ TEST_F(ListFiles, SavedBytesFollowTheFormat) {
 }
 
 TEST_F(ListFiles, SaveAndLoadRoundTrip) {
-  store.Append(u"caf\u00E9 \u20AC", kFormatPlain, u"caf\u00E9 \u20AC");
-  store.Append(u"{\\rtf1 \\b Bold\\b0  words}", kFormatRich, u"Bold words");
-  store.Append(u"\u65E5\u672C", kFormatPlain, u"\u65E5\u672C");
-  store.Append(Text(70000, u'q'), kFormatPlain, u"q");
+  store.Append(ClipEntry::Plain(u"caf\u00E9 \u20AC"), u"caf\u00E9 \u20AC");
+  store.Append(ClipEntry::Rich("{\\rtf1 \\b Bold\\b0  words}"), u"Bold words");
+  store.Append(ClipEntry::Plain(u"\u65E5\u672C"), u"\u65E5\u672C");
+  store.Append(ClipEntry::Plain(Text(70000, u'q')), u"q");
   const auto before = FileOperations::CurrentEntries(store);
   for (bool isProtected : {false, true}) {
     ASSERT_TRUE(FileOperations::SaveListFile(context, kPath, isProtected, u"pw").ok);
@@ -108,7 +108,7 @@ TEST_F(ListFiles, SaveAndLoadRoundTrip) {
 TEST_F(ListFiles, RefusalsLeaveTheListAlone) {
   Fill(3, "old");
   const auto before = Queue();
-  store.Append(u"secret", kFormatPlain, u"secret");
+  store.Append(ClipEntry::Plain(u"secret"), u"secret");
   ASSERT_TRUE(FileOperations::SaveListFile(context, u"p.mqp", true, u"right").ok);
   store.DeleteRow(3);
 
@@ -170,7 +170,7 @@ TEST_F(ListFiles, LoadModesMergeAsDescribed) {
     if (c.existing > 2) {
       store.DeleteRow(1);
       Text t = u"old1";
-      store.Append(t, kFormatPlain, t);
+      store.Append(ClipEntry::Plain(t), t);
       rows.MoveItem(rows.ListCount() - 1, 1);
     }
     SaveOther(c.loaded, "new");
@@ -222,10 +222,10 @@ TEST_F(ListFiles, ReadingTypesAndOddRecords) {
   EXPECT_EQ(Queue(), (std::vector<std::string>{"plain", "{\\rtf1 rich}", "weird",
                                                "\xC3\xA9t\xC3\xA9", "hi", "typed", "huge",
                                                "fraction"}));
-  EXPECT_EQ(store.ClipFormat[rows.ItemData(7)], kFormatPlain);  // "13.5" is no type
-  EXPECT_EQ(store.ClipFormat[rows.ItemData(1)], kFormatRich);
-  EXPECT_EQ(store.ClipFormat[rows.ItemData(2)], kFormatRich);
-  EXPECT_EQ(store.ClipFormat[rows.ItemData(4)], kFormatPlain);
+  EXPECT_EQ(store.ClipFormat(rows.ItemData(7)), kFormatPlain);  // "13.5" is no type
+  EXPECT_EQ(store.ClipFormat(rows.ItemData(1)), kFormatRich);
+  EXPECT_EQ(store.ClipFormat(rows.ItemData(2)), kFormatRich);
+  EXPECT_EQ(store.ClipFormat(rows.ItemData(4)), kFormatPlain);
   EXPECT_EQ(ToUtf8(rows.List(1)), "+\trich");
 
   res.addString(Bytes("h\0i", 3), "00913");

@@ -57,8 +57,8 @@ TEST_F(MqlistTool, MakeWritesWhatTheProgramSaves) {
   Write("a.txt", text);
   Write("b.RTF", rtf);
   Write("c.txt", "\xEF\xBB\xBF" + unicode);  // a byte-order mark is not part of the text
-  const std::vector<ListEntry> entries = {
-      {FromUtf8(text), kFormatPlain}, {Widen(rtf), kFormatRich}, {FromUtf8(unicode), kFormatPlain}};
+  const std::vector<ClipEntry> entries = {ClipEntry::Plain(FromUtf8(text)), ClipEntry::Rich(rtf),
+                                          ClipEntry::Plain(FromUtf8(unicode))};
   const Windows1252 cp;
 
   ASSERT_EQ(Run("make plain.mql a.txt b.RTF c.txt"), 0);

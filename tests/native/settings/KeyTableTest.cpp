@@ -118,7 +118,7 @@ TEST(Hotkeys, KeyCodesFallBackWithoutRewritingAndFlagCodesAbove255) {
   for (const auto& c : cases) {
     FakeSettings port;
     Settings settings(port);
-    if (c.stored) port.Set(HotkeyKey(c.slot, u"_Ky"), c.stored);
+    if (c.stored) port.Set(HotkeyKey(c.slot, HotkeyField::Ky).name, c.stored);
     auto result = ReadHotkeyCode(settings, c.slot);
     SCOPED_TRACE(c.stored ? ToUtf8(c.stored) : "absent");
     EXPECT_EQ(result.vkey, c.vkey);
@@ -139,8 +139,13 @@ TEST(Hotkeys, EnableFlagRepairsSilently) {
   EXPECT_TRUE(ReadHotkeyEnabled(settings, 3));  // absent
   EXPECT_EQ(port.WrittenKeys(), (std::vector<std::string>{"Set_H0_En", "Set_H3_En"}));
   EXPECT_EQ(port.Get(u"Set_H0_En"), "1");
-  EXPECT_EQ(ToUtf8(HotkeyKey(-1, u"_Ky")), "Set_HV_Ky");
-  EXPECT_EQ(ToUtf8(HotkeyKey(2, u"_Op")), "Set_H2_Op");
+  EXPECT_EQ(ToUtf8(HotkeyKey(-1, HotkeyField::Ky).name), "Set_HV_Ky");
+  EXPECT_EQ(ToUtf8(HotkeyKey(2, HotkeyField::Op).name), "Set_H2_Op");
+  EXPECT_EQ(ToUtf8(HotkeyKey(3, HotkeyField::En).name), "Set_H3_En");
+  // The defaults the hotkeys fall back to come from the same table.
+  EXPECT_EQ(DefaultHotkeyVKey(-1), 49);
+  for (int slot = 0; slot < 4; ++slot) EXPECT_EQ(DefaultHotkeyVKey(slot), 50 + slot);
+  EXPECT_EQ(ToUtf8(DefaultActionCode(2)), "41");
 }
 
 TEST(WindowOptions, ValidateSetThenConsultCur) {
@@ -172,11 +177,14 @@ TEST(Reset, WritesEveryDefaultInOrder) {
   FakeSettings port;
   Settings settings(port);
   WriteResetValues(settings);
-  auto keys = port.WrittenKeys();
-  ASSERT_EQ(keys.size(), 37u);
-  EXPECT_EQ(keys.front(), "Set_Op");
-  EXPECT_EQ(keys[16], "Set_RC_Op");
-  EXPECT_EQ(keys.back(), "Cur_FN_O");
+  std::string written;
+  for (const auto& key : port.WrittenKeys()) written += key + "=" + port.Get(FromUtf8(key)) + " ";
+  EXPECT_EQ(written,
+            "Set_Op=0 Cur_Op=1 Set_En=1 Cur_En=1 Set_Mo=0 Cur_Mo=2 Set_Fm=0 Cur_Fm=1 Set_LO=0 "
+            "Cur_LO=0 Set_Pn=0 Cur_Pn=0 Set_Dl=1 Cur_Dl=1 Set_Vu=0 Cur_Vu=0 Set_RC_Op=12 "
+            "Set_HV_Ky=49 Set_H0_Ky=50 Set_H0_En=1 Set_H0_Op=2 Set_H1_Ky=51 Set_H1_En=1 "
+            "Set_H1_Op=3 Set_H2_Ky=52 Set_H2_En=1 Set_H2_Op=41 Set_H3_Ky=53 Set_H3_En=1 "
+            "Set_H3_Op=0 Set_Sz=1 Set_FO=75 Set_FS=2 Cur_FF_S=1 Cur_FN_S= Cur_FF_O=3 Cur_FN_O= ");
   // The filter keys are the key table's "Cur_" names.
   EXPECT_EQ(port.Get(u"Cur_FF_S"), "1");
   EXPECT_EQ(port.Get(u"Cur_FF_O"), "3");
