@@ -15,7 +15,7 @@
 #include "Timing.h"
 #include "clipboard/ClipOperations.h"
 #include "clipboard/win32/Win32Clipboard.h"
-#include "clipboard/win32/Win32Ports.h"
+#include "platform/win32/Win32Ports.h"
 #include "hotkeys/VBHotKey.h"
 #include "hotkeys/win32/Win32HotkeySystem.h"
 #include "listwindow/win32/ListWindow.h"

@@ -5,26 +5,10 @@
 #include <array>
 
 #include "platform/ListModel.h"
+#include "platform/Shell.h"
 #include "settings/SettingsStore.h"
 
 namespace mq {
-
-// Fade control of the window: opacity in percent and fade speeds (4 Gallop, 2 Canter, 1 Lope).
-struct FaderSettings {
-  int opacity = 100;
-  int fadeIn = 2;
-  int fadeOut = 2;
-};
-
-class ListWindowView {
- public:
-  virtual ~ListWindowView() = default;
-  virtual void Show(bool fade) = 0;
-  virtual void Hide(bool fade) = 0;
-  virtual void StateChanged() = 0;  // options, pin or fader settings changed
-  // The program is ending: from now on the window may really close.
-  virtual void AllowClose() = 0;
-};
 
 class frmList {
  public:

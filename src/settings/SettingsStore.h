@@ -2,18 +2,10 @@
 // every read goes to the store.
 #pragma once
 
+#include "platform/SettingsPort.h"
 #include "platform/Text.h"
 
 namespace mq {
-
-// What the store is kept in (the registry in marquill.exe, memory in tests).
-class SettingsPort {
- public:
-  enum class Status { Ok, Absent, Failed };
-  virtual ~SettingsPort() = default;
-  virtual Status Read(TextView key, Text& value) = 0;
-  virtual bool Write(TextView key, TextView value) = 0;
-};
 
 class Settings {
  public:

@@ -11,7 +11,7 @@
 #include "clipboard/win32/RichEditBox.h"
 #include "clipboard/win32/VBFormCopyPasteControl.h"
 #include "clipboard/win32/Win32Clipboard.h"
-#include "clipboard/win32/Win32Ports.h"
+#include "platform/win32/Win32Ports.h"
 #include "platform/win32/MessageWindow.h"
 #include "platform/win32/Strings.h"
 

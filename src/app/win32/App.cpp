@@ -10,7 +10,7 @@
 #include "app/win32/MainWindow.h"
 #include "clipboard/win32/VBFormCopyPasteControl.h"
 #include "clipboard/win32/Win32Clipboard.h"
-#include "clipboard/win32/Win32Ports.h"
+#include "platform/win32/Win32Ports.h"
 #include "hotkeys/win32/Win32HotkeySystem.h"
 #include "listwindow/win32/ListWindow.h"
 #include "platform/win32/Strings.h"

@@ -5,7 +5,7 @@
 
 #include <windows.h>
 
-#include "app/Notice.h"
+#include "platform/Shell.h"
 #include "platform/win32/Gdi.h"
 #include "platform/win32/Window.h"
 #include "ui/win32/AlphaImage.h"

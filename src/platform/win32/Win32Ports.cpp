@@ -1,4 +1,4 @@
-#include "clipboard/win32/Win32Ports.h"
+#include "platform/win32/Win32Ports.h"
 
 #include "platform/win32/Strings.h"
 
