@@ -34,7 +34,10 @@ class ListFiles : public ::testing::Test {
   // The texts in queue order.
   std::vector<std::string> Queue() const {
     std::vector<std::string> out;
-    for (const auto& row : rows.Rows()) out.push_back(ToUtf8(store.Entry(row.itemData).text));
+    for (const auto& row : rows.Rows()) {
+      const ClipEntry& entry = store.Entry(row.itemData);
+      out.push_back(entry.IsRich() ? entry.rtf : ToUtf8(entry.text));
+    }
     return out;
   }
   // Saves count entries named prefix0.. into kPath and leaves the store as it was.
