@@ -238,8 +238,8 @@ TEST(Shutdown, RunsItsStepsInOrder) {
   h.main.mnuExit_Click();
   EXPECT_EQ(h.log, (std::vector<std::string>{
                        "help.close", "delete C:\\Apps\\Marquill\\temp.tmp",
-                       "delete C:\\Apps\\Marquill\\temp2.tmp", "tray.delete", "unload.windows",
-                       "quit"}));
+                       "delete C:\\Apps\\Marquill\\temp2.tmp", "list.allowclose", "tray.delete",
+                       "unload.windows", "quit"}));
   EXPECT_TRUE(h.list.Ending());
   EXPECT_TRUE(h.hotkeys.registrations.empty());
   EXPECT_EQ(h.hotkeys.AtomCount(), 0u);
