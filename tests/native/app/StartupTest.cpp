@@ -74,7 +74,8 @@ TEST(Startup, SecondInstanceReportsAndShutsDownWithoutTouchingSettings) {
   EXPECT_EQ(h.Count("monitor.attach"), 0);
   EXPECT_EQ(h.log, (std::vector<std::string>{
                        "guard", "help.close", "delete C:\\Apps\\Marquill\\temp.tmp",
-                       "delete C:\\Apps\\Marquill\\temp2.tmp", "unload.windows", "quit"}));
+                       "delete C:\\Apps\\Marquill\\temp2.tmp", "list.allowclose", "unload.windows",
+                       "quit"}));
 }
 
 TEST(Startup, StoredStatesAreRestored) {
