@@ -98,7 +98,8 @@ bool frmMain::Form_Load() {
   return true;
 }
 
-// Start-up steps 8 to 13. False when the settings store failed underneath them.
+// The start-up reads of the main state, the hotkeys and the fader, in their order. False when
+// the settings store failed underneath them.
 bool frmMain::ReadStartupSettings(bool& corrupt) {
   using namespace settings;
   Settings& settings = s_.settings;

@@ -31,8 +31,8 @@ class MainView {
   // Opens the help file at a topic; on failure error holds why.
   virtual bool OpenHelp(TextView path, TextView topic, Text& error) = 0;
   virtual void CloseHelp() = 0;
-  // Unloads frmAbout, frmFlash, frmList, frmOpenContext, frmPass, frmSettings, frmValueTip
-  // and frmView, in this order.
+  // Unloads the program's other windows: the About window, the notice, the clip list window
+  // and every dialog, in that order.
   virtual void UnloadWindows() = 0;
   // Unloads frmMain itself: the program ends.
   virtual void Quit() = 0;
