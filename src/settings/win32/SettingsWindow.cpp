@@ -29,7 +29,7 @@ HWND SettingsWindow::Add(const wchar_t* cls, const wchar_t* text, DWORD style, i
 
 HWND SettingsWindow::Label(const wchar_t* text, int page, int x, int y, int w, DWORD extra,
                            int id) {
-  return Add(L"Static", text, SS_LEFT | SS_NOPREFIX | extra, id, page, x, y + 45, w, 255);
+  return Add(L"Static", text, SS_NOPREFIX | extra, id, page, x, y + 45, w, 255);
 }
 
 HWND SettingsWindow::Combo(int id, int page, int x, int y, int w) {
@@ -84,7 +84,7 @@ void SettingsWindow::CreateHotkeysPage() {
     if (row > 0)
       chkHK_[slot] = Add(L"Button", L"", BS_CHECKBOX | WS_TABSTOP, kChk0 + slot, 1, 480, y + 15,
                          240, 300);
-    HWND ctrl = Label(L"CTRL +", 1, 1020, y, 600);
+    HWND ctrl = Label(L"CTRL +", 1, 900, y, 720, SS_LEFTNOWORDWRAP);
     txtHK_[row] = Add(L"Edit", L"", WS_BORDER | ES_CENTER | ES_UPPERCASE | WS_TABSTOP,
                       kTxt0 + row, 1, 1650, y, 360, 330);
     SetWindowSubclass(txtHK_[row], &SettingsWindow::KeyBoxProc, row,
