@@ -49,8 +49,8 @@ class frmSettings {
   void cmdOp_Click(int index);  // 0 "&Save && Exit", 1 "&Reset Defaults", 2 "&Cancel"
   void cbRC_Click();
   void cbAction_Click(int n);
-  void txtHK_GotFocus(int index) { (void)index; }  // the window selects the whole text
-  // A typed character; the box's text changes only here.
+  // A typed character; the box's text changes only here (the window selects the whole text
+  // when a box gets the focus).
   void txtHK_KeyPress(int index, char16_t typed);
   // A key box emptied with the Delete key.
   void txtHK_Cleared(int index) { txtHK[index].text.clear(); }
