@@ -5,6 +5,7 @@
 //   tray_poke copy TEXT puts TEXT on the clipboard, as a copy in another program would
 //   tray_poke hotkey N  CTRL+N (N a digit)
 //   tray_poke close     closes open menus
+//   tray_poke tab N     shows page N (0..2) of the open settings dialog
 // Returns 0 when what was asked for is on screen.
 #include <windows.h>
 
@@ -88,6 +89,14 @@ int wmain(int argc, wchar_t** argv) {
     Key(VK_CONTROL, false);
     Tap(static_cast<WORD>(argv[2][0]));
     Key(VK_CONTROL, true);
+    return 0;
+  }
+  if (!wcscmp(argv[1], L"tab") && argc > 2) {
+    HWND dialog = FindWindowW(L"MarquillSettings", nullptr);
+    int id = 100 + _wtoi(argv[2]);  // the tab buttons' ids
+    HWND button = dialog ? GetDlgItem(dialog, id) : nullptr;
+    if (!button) return 1;
+    SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), reinterpret_cast<LPARAM>(button));
     return 0;
   }
   if (!wcscmp(argv[1], L"close")) {

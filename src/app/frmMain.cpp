@@ -140,6 +140,20 @@ bool frmMain::ReadStartupSettings(bool& corrupt) {
   return !settings.Failed();
 }
 
+void frmMain::ApplyHotkeys(std::optional<int> pasteKey,
+                           const std::array<HotkeySlotChange, 4>& slots) {
+  std::vector<std::pair<VBHotKey*, int32_t>> changes;
+  if (pasteKey) changes.emplace_back(hkPaste_.get(), *pasteKey);
+  for (size_t n = 0; n < slots.size(); ++n) {
+    if (!slots[n].enabled) {
+      hkFunc_[n]->StopHotkey();
+    } else if (slots[n].vkey) {
+      changes.emplace_back(hkFunc_[n].get(), *slots[n].vkey);
+    }
+  }
+  VBHotKey::SetVKeys(changes);
+}
+
 void frmMain::ApplyFader(int opacity, int speed, bool noFade) {
   noFade_ = noFade;
   FaderSettings fader = s_.list.Fader1;

@@ -8,10 +8,11 @@
 
 #include "app/MainServices.h"
 #include "platform/MenuItem.h"
+#include "settings/SettingsEffects.h"
 
 namespace mq {
 
-class frmMain {
+class frmMain final : public SettingsEffects {
  public:
   // What choosing a tray menu item reports.
   enum Command : int {
@@ -95,6 +96,12 @@ class frmMain {
   // What the notice window shows next.
   const FlashModel& frmFlash() const { return frmFlash_; }
 
+  // What the settings dialog applies at once on saving.
+  void ApplyHotkeys(std::optional<int> pasteKey,
+                    const std::array<HotkeySlotChange, 4>& slots) override;
+  void ApplyFader(int opacity, int speed, bool noFade) override;
+  void ClearNoFade() override { noFade_ = false; }
+
   VBHotKey& hkPaste() { return *hkPaste_; }
   VBHotKey& hkFunc(int index) { return *hkFunc_[index]; }
 
@@ -105,7 +112,6 @@ class frmMain {
   void SelectCase(int16_t code);
   bool ReadStartupSettings(bool& corrupt);
   void ResetAllSettings();
-  void ApplyFader(int opacity, int speed, bool noFade);
   void StartHotkeys();
   void ShowFlash() { s_.flash.Show(frmFlash_); }
 

@@ -62,8 +62,8 @@ PairResult ReadStartupPair(Settings& settings, const StartupPairRule& rule) {
   return {Text(rule.fallback), true};
 }
 
-OpacityResult ReadOpacity(Settings& settings) {
-  Text value = settings.ReadSetting(key::Set_FO.name, key::Set_FO.defaultValue);
+OpacityResult ReadOpacity(Settings& settings, TextView readDefault) {
+  Text value = settings.ReadSetting(key::Set_FO.name, readDefault);
   if (IsNumeric(value)) {
     double number = LeadingNumber(value);
     long long percent = RoundHalfAway(number);
@@ -140,6 +140,58 @@ WindowOption ReadWindowOption(Settings& settings, const WindowOptionRule& rule) 
   }
   if (set != u"0") return {set, Text()};
   return {set, settings.ReadSetting(rule.curKey, rule.curDefault)};
+}
+
+const DialogChoice kDialogEnabled{key::Set_En, u"1", 3, u"0"};
+const DialogChoice kDialogMode{key::Set_Mo, u"2", 3, u"2"};
+const DialogChoice kDialogFormat{key::Set_Fm, u"0", 3, u"0"};
+const DialogChoice kDialogCase{key::Set_Op, u"0", 5, u"0"};
+const DialogChoice kDialogPin{key::Set_Pn, u"x", 3, u"0"};
+const DialogChoice kDialogDelete{key::Set_Dl, u"x", 3, u"0"};
+const DialogChoice kDialogView{key::Set_Vu, u"x", 3, u"0"};
+const DialogChoice kDialogListCase{key::Set_LO, u"x", 4, u"0"};
+const DialogChoice kDialogFade{key::Set_FS, u"x", 4, u"2"};
+
+int ReadDialogChoice(Settings& settings, const DialogChoice& choice) {
+  Text value = settings.ReadSetting(choice.key.name, choice.readDefault);
+  if (value.size() == 1 && value[0] >= u'0' && value[0] < u'0' + choice.count)
+    return value[0] - u'0';
+  settings.WriteSetting(choice.key.name, choice.repair);
+  return choice.repair[0] - u'0';
+}
+
+bool ParseActionCode(TextView code, ActionCode& out) {
+  if (code.size() >= 3 || !IsNumeric(code)) return false;
+  auto digit = [](char16_t c) { return c >= u'0' && c <= u'9' ? c - u'0' : -1; };
+  // Numeric texts such as " 4" or "-1" pass the test above but name no action.
+  int first = digit(code[0]);
+  int second = code.size() == 2 ? digit(code[1]) : -1;
+  if (first < 0 || (code.size() == 2 && second < 0)) return false;
+  if (first == 1) {
+    out = {static_cast<int>(LeadingNumber(code)), -1};
+    return out.action < kActionCount;
+  }
+  out = {first, second};
+  return true;
+}
+
+const Key& ActionKey(int slot) {
+  return slot < 0 ? key::Set_RC_Op : HotkeyKey(slot, HotkeyField::Op);
+}
+
+ActionCode ReadDialogActionCode(Settings& settings, int slot) {
+  const Key& k = ActionKey(slot);
+  ActionCode code;
+  if (ParseActionCode(settings.ReadSetting(k.name, u"x"), code)) return code;
+  settings.WriteSetting(k.name, k.defaultValue);
+  ParseActionCode(k.defaultValue, code);
+  return code;
+}
+
+Text ActionCodeText(int action, int second) {
+  Text text = ToDecimal(action);
+  if (action >= 4 && action <= 7) text += ToDecimal(second < 0 ? 0 : second);
+  return text;
 }
 
 void WriteResetValues(Settings& settings) {

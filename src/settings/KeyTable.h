@@ -101,7 +101,9 @@ struct OpacityResult {
   int percent = 75;
   bool repaired = false;
 };
-OpacityResult ReadOpacity(Settings& settings);  // Set_FO: numeric, 25..100
+// Set_FO: numeric, 25..100. Start-up reads with the key's default, the settings dialog
+// with "x" (so a fresh installation gets "75" written on its first opening).
+OpacityResult ReadOpacity(Settings& settings, TextView readDefault = key::Set_FO.defaultValue);
 
 struct FadeResult {
   bool noFade = false;
@@ -147,6 +149,36 @@ struct WindowOption {
   Text cur;  // the Cur_ value when set is "0", else empty
 };
 WindowOption ReadWindowOption(Settings& settings, const WindowOptionRule& rule);
+
+// ---- Settings dialog -------------------------------------------------------------------
+// A list whose selected index is the stored value ("0".."count-1"); any other text is
+// written back as the repair value, silently.
+struct DialogChoice {
+  const Key& key;
+  TextView readDefault;
+  int count;
+  TextView repair;
+};
+extern const DialogChoice kDialogEnabled, kDialogMode, kDialogFormat, kDialogCase;
+extern const DialogChoice kDialogPin, kDialogDelete, kDialogView, kDialogListCase, kDialogFade;
+int ReadDialogChoice(Settings& settings, const DialogChoice& choice);
+
+// An action code as the dialog shows it: the action's index (0..12) and, for the case
+// actions 4..7, the Action 2 choice held in its second digit (-1 when it has none).
+struct ActionCode {
+  int action = 0;
+  int second = -1;
+};
+inline constexpr int kActionCount = 13;
+// Fewer than 3 characters, numeric, and naming one of the 13 actions: "1" starts the
+// two-digit codes "10".."12", any other first digit is the action with an optional second.
+bool ParseActionCode(TextView code, ActionCode& out);
+// Set_RC_Op (slot -1) or Set_Hn_Op read with "x"; an invalid value is written back as
+// "12" or the slot's default action code.
+ActionCode ReadDialogActionCode(Settings& settings, int slot);
+// The code stored for an action: "4".."7" followed by the Action 2 choice, else the index.
+Text ActionCodeText(int action, int second);
+const Key& ActionKey(int slot);  // slot -1: Set_RC_Op
 
 // ---- Reset -------------------------------------------------------------------------------
 // Writes every key of kAllKeys marked for reset with its default, in table order.

@@ -16,6 +16,7 @@
 #include "platform/win32/Strings.h"
 #include "platform/win32/Win32FileSystem.h"
 #include "settings/win32/RegistrySettings.h"
+#include "settings/win32/SettingsWindow.h"
 #include "ui/win32/cMenuItems.h"
 
 namespace mq::win32 {
@@ -94,6 +95,7 @@ struct App::Parts {
   ClipOperations clip;
   MainServices services;
   frmMain main;
+  SettingsWindow settingsWindow{settings, main, IsXpClass(os)};
   cMenuItems menus{GetModuleHandleW(nullptr)};
   std::unique_ptr<VBFormCopyPasteControl> cpFlag;
 };
@@ -109,6 +111,7 @@ int App::Run() {
   if (!p.window.CreateHidden()) return 1;
   p.list.SetView(&p.listWindow);
   p.window.Connect(&p.main, &p.listWindow, &p.flash, &p.menus);
+  p.window.SetSettingsWindow(&p.settingsWindow);
   p.window.onAttachMonitor = [&p] {
     // A child of the main window: it leaves the viewer chain when frmMain's window goes.
     p.cpFlag = std::make_unique<VBFormCopyPasteControl>(p.window.hwnd());
@@ -124,6 +127,9 @@ int App::Run() {
   while (GetMessageW(&msg, nullptr, 0, 0) > 0) {
     HWND about = p.window.AboutHandle();
     if (about && IsDialogMessageW(about, &msg)) continue;
+    // Tab, Enter, Esc and the "&" accelerators of the settings dialog.
+    HWND settings = p.window.SettingsHandle();
+    if (settings && IsDialogMessageW(settings, &msg)) continue;
     TranslateMessage(&msg);
     DispatchMessageW(&msg);
   }

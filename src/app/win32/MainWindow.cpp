@@ -6,6 +6,7 @@
 #include "app/frmMain.h"
 #include "listwindow/win32/ListWindow.h"
 #include "platform/win32/Strings.h"
+#include "settings/win32/SettingsWindow.h"
 #include "ui/win32/cMenuItems.h"
 
 namespace mq::win32 {
@@ -58,8 +59,10 @@ void MainWindow::PopupMenu() {
 }
 
 void MainWindow::ShowSettings() {
-  // The settings dialog is not part of this build yet.
+  if (settings_) settings_->Open();
 }
+
+HWND MainWindow::SettingsHandle() const { return settings_ ? settings_->hwnd() : nullptr; }
 
 bool MainWindow::OpenHelp(TextView path, TextView topic, Text& error) {
   if (!htmlHelp_) htmlHelp_ = LoadLibraryW(L"hhctrl.ocx");
@@ -89,6 +92,7 @@ void MainWindow::UnloadWindows() {
   about_.Unload();
   if (flash_) flash_->Unload();
   if (list_) list_->Destroy();
+  if (settings_) settings_->Unload();
 }
 
 void MainWindow::Quit() { Destroy(); }

@@ -15,6 +15,7 @@ class frmMain;
 namespace mq::win32 {
 
 class ListWindow;
+class SettingsWindow;
 class cMenuItems;
 
 class MainWindow final : public Window, public MainView, public TrayIcon, public MessageBoxes {
@@ -29,6 +30,7 @@ class MainWindow final : public Window, public MainView, public TrayIcon, public
     flash_ = flash;
     menus_ = menus;
   }
+  void SetSettingsWindow(SettingsWindow* settings) { settings_ = settings; }
   // Run when the clipboard monitor should join the viewer chain.
   std::function<void()> onAttachMonitor;
   // Run when the message loop is running and start-up has finished.
@@ -55,6 +57,7 @@ class MainWindow final : public Window, public MainView, public TrayIcon, public
   MsgResult Show(TextView text, TextView title, MsgIcon icon, MsgButtons buttons) override;
 
   HWND AboutHandle() const { return about_.hwnd(); }
+  HWND SettingsHandle() const;
   // Posted to itself when the message loop starts.
   static constexpr UINT kReadyMessage = WM_APP + 1;
 
@@ -66,6 +69,7 @@ class MainWindow final : public Window, public MainView, public TrayIcon, public
   ListWindow* list_ = nullptr;
   FlashView* flash_ = nullptr;
   cMenuItems* menus_ = nullptr;
+  SettingsWindow* settings_ = nullptr;
   AboutWindow about_;
   HANDLE instanceMutex_ = nullptr;
   HMODULE htmlHelp_ = nullptr;
