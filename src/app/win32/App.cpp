@@ -13,6 +13,7 @@
 #include "clipboard/win32/Win32Ports.h"
 #include "hotkeys/win32/Win32HotkeySystem.h"
 #include "listwindow/win32/ListWindow.h"
+#include "platform/win32/Handles.h"
 #include "platform/win32/Strings.h"
 #include "platform/win32/Win32FileSystem.h"
 #include "settings/win32/RegistrySettings.h"
@@ -53,12 +54,10 @@ Text ProgramFolder() {
 }
 
 // Tells anyone waiting (the start-up measurement, the end-to-end tests) that start-up is done
-// and the message loop runs.
-void SignalReady() {
+// and the message loop runs: the event is created set.
+UniqueKernelObject SignalReady() {
   std::wstring name = L"Local\\Olvenar.Marquill.Ready." + std::to_wstring(GetCurrentProcessId());
-  HANDLE event = CreateEventW(nullptr, TRUE, TRUE, name.c_str());
-  // The handle stays open for the run so that a waiter that comes late still finds it set.
-  (void)event;
+  return UniqueKernelObject(CreateEventW(nullptr, TRUE, TRUE, name.c_str()));
 }
 }  // namespace
 
@@ -97,6 +96,8 @@ struct App::Parts {
   frmMain main;
   cMenuItems menus{GetModuleHandleW(nullptr)};
   std::unique_ptr<VBFormCopyPasteControl> cpFlag;
+  // Open for the run, so that a waiter that comes late still finds it set.
+  UniqueKernelObject ready;
 };
 
 App::App() = default;
@@ -116,7 +117,7 @@ int App::Run() {
     p.cpFlag->ClipboardChanged = [&p] { p.main.cpFlag_ClipboardChanged(); };
     p.cpFlag->Attach();
   };
-  p.window.onReady = [] { SignalReady(); };
+  p.window.onReady = [&p] { p.ready = SignalReady(); };
 
   if (!p.main.Form_Load()) return 0;
   p.ending = p.main.Ending;
