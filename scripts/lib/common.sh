@@ -21,8 +21,18 @@ ensure_packages() {
 
 WINDOWS_PACKAGES=(cmake ninja-build g++-mingw-w64-x86-64-posix mingw-w64-x86-64-dev
   binutils-mingw-w64-x86-64 googletest wine wine64 xvfb xauth x11-apps imagemagick)
-NATIVE_PACKAGES=(cmake ninja-build clang libclang-rt-14-dev g++ libgtest-dev libgmock-dev
-  libbenchmark-dev zlib1g-dev)
+NATIVE_PACKAGES=(cmake ninja-build clang g++ libgtest-dev libgmock-dev libbenchmark-dev
+  zlib1g-dev)
+
+# The sanitizer and fuzzer runtimes come in a package named after clang's major version, so
+# clang is installed first and asked for it.
+ensure_native_packages() {
+  ensure_packages clang
+  local major
+  major=$(clang --version | sed -n 's/.*clang version \([0-9][0-9]*\).*/\1/p' | head -n 1)
+  [ -n "$major" ] || { say "Cannot tell clang's version"; return 1; }
+  ensure_packages "${NATIVE_PACKAGES[@]}" "libclang-rt-$major-dev" "$@"
+}
 
 build_preset() {
   local preset=$1; shift

@@ -62,11 +62,11 @@ TEST_F(EndToEnd, HotkeysAreLiveWhileTheCorruptSettingsMessageIsOpen) {
   HWND box = WaitForMessageBox(L"Error: Corrupt Settings.", 30s, app.Pid());
   ASSERT_NE(box, nullptr);
   // Marquill holds CTRL+1 already, so this process cannot take it.
-  HWND probe = CreateWindowExW(0, L"Static", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr,
-                               nullptr);
-  bool taken = RegisterHotKey(probe, 1, MOD_CONTROL, '1');
-  if (taken) UnregisterHotKey(probe, 1);
-  DestroyWindow(probe);
+  mq::win32::UniqueWindow probe(CreateWindowExW(0, L"Static", L"", 0, 0, 0, 0, 0, HWND_MESSAGE,
+                                                nullptr, nullptr, nullptr));
+  bool taken = RegisterHotKey(probe.Get(), 1, MOD_CONTROL, '1');
+  if (taken) UnregisterHotKey(probe.Get(), 1);
+  probe.Reset();
   EXPECT_FALSE(taken) << "CTRL+1 was free while the message was open";
   EXPECT_TRUE(PressButton(box, IDOK));
   ASSERT_TRUE(app.WaitReady());

@@ -107,11 +107,11 @@ TEST_F(Tray, FunctionHotkeysOnAFreshInstallation) {
 TEST_F(Tray, ADisabledSlotLeavesItsKeyUnregistered) {
   StartMarquill({{L"Set_H3_En", L"0"}});
   // Only a free combination can be registered by this process.
-  HWND probe = CreateWindowExW(0, L"Static", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
-  EXPECT_TRUE(RegisterHotKey(probe, 1, MOD_CONTROL, '5')) << "CTRL+5 is free";
-  EXPECT_FALSE(RegisterHotKey(probe, 2, MOD_CONTROL, '4')) << "CTRL+4 is the program's";
-  UnregisterHotKey(probe, 1);
-  DestroyWindow(probe);
+  mq::win32::UniqueWindow probe(CreateWindowExW(0, L"Static", L"", 0, 0, 0, 0, 0, HWND_MESSAGE,
+                                                nullptr, nullptr, nullptr));
+  EXPECT_TRUE(RegisterHotKey(probe.Get(), 1, MOD_CONTROL, '5')) << "CTRL+5 is free";
+  EXPECT_FALSE(RegisterHotKey(probe.Get(), 2, MOD_CONTROL, '4')) << "CTRL+4 is the program's";
+  UnregisterHotKey(probe.Get(), 1);
   EXPECT_EQ(ReadSetting(L"Set_H3_En"), L"0");
 }
 

@@ -2,6 +2,7 @@
 // clipboard held open elsewhere, the viewer chain, the rich edit box and the small ports.
 #include <gtest/gtest.h>
 #include <windows.h>
+#include <commctrl.h>
 
 #include <set>
 #include <thread>
@@ -34,7 +35,7 @@ void PutAll(const std::vector<Put>& items) {
   ASSERT_TRUE(session.IsOpen());
   ASSERT_TRUE(session.Empty());
   for (const auto& item : items) {
-    auto memory = GlobalMemory::Copy(item.bytes.data(), item.bytes.size(), 0);
+    auto memory = CopyToGlobal(item.bytes.data(), item.bytes.size(), 0);
     ASSERT_TRUE(session.Put(item.format, memory));
   }
 }
@@ -139,30 +140,28 @@ TEST(Win32ClipboardTest, PrivateMarksHideTheContent) {
 TEST(Win32ClipboardTest, HeldOpenElsewhereFailsAfterRetriesThenRecovers) {
   Win32Clipboard clip;
   ASSERT_TRUE(clip.WriteText(u"before"));
-  HANDLE opened = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-  HANDLE release = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+  UniqueKernelObject opened(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+  UniqueKernelObject release(CreateEventW(nullptr, TRUE, FALSE, nullptr));
   std::thread holder([&] {
     // Its own window, as another program would have.
     UniqueWindow window(CreatePlainWindow());
     if (OpenClipboard(window.Get())) {
-      SetEvent(opened);
-      WaitForSingleObject(release, 10000);
+      SetEvent(opened.Get());
+      WaitForSingleObject(release.Get(), 10000);
       CloseClipboard();
     }
   });
-  ASSERT_EQ(WaitForSingleObject(opened, 5000), WAIT_OBJECT_0);
+  ASSERT_EQ(WaitForSingleObject(opened.Get(), 5000), WAIT_OBJECT_0);
 
   ClipboardData data;
   EXPECT_FALSE(clip.Read(ClipRead::PlainOnly, data));
   EXPECT_EQ(clip.LastOpenAttempts(), ClipboardSession::kAttempts);
   EXPECT_FALSE(clip.WriteText(u"during"));
 
-  SetEvent(release);
+  SetEvent(release.Get());
   holder.join();
   ASSERT_TRUE(clip.Read(ClipRead::PlainOnly, data));
   EXPECT_EQ(data.text, u"before") << "the failed write changed nothing";
-  CloseHandle(opened);
-  CloseHandle(release);
 }
 
 // ---- viewer chain ----------------------------------------------------------------------
@@ -174,24 +173,24 @@ struct OtherViewer {
   int draws = 0;
   std::vector<std::pair<HWND, HWND>> chainChanges;
 
-  static LRESULT CALLBACK Proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
-    auto* self = reinterpret_cast<OtherViewer*>(GetWindowLongPtrW(hwnd, GWLP_USERDATA));
-    if (self && msg == WM_DRAWCLIPBOARD) {
+  static LRESULT CALLBACK Proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp, UINT_PTR,
+                               DWORD_PTR data) {
+    auto* self = reinterpret_cast<OtherViewer*>(data);
+    if (msg == WM_DRAWCLIPBOARD) {
       ++self->draws;
       if (self->next) SendMessageW(self->next, msg, wp, lp);
       return 0;
     }
-    if (self && msg == WM_CHANGECBCHAIN) {
+    if (msg == WM_CHANGECBCHAIN) {
       self->chainChanges.push_back({reinterpret_cast<HWND>(wp), reinterpret_cast<HWND>(lp)});
       if (reinterpret_cast<HWND>(wp) == self->next) self->next = reinterpret_cast<HWND>(lp);
       else if (self->next) SendMessageW(self->next, msg, wp, lp);
       return 0;
     }
-    return DefWindowProcW(hwnd, msg, wp, lp);
+    return DefSubclassProc(hwnd, msg, wp, lp);
   }
   void Join() {
-    SetWindowLongPtrW(window.Get(), GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-    SetWindowLongPtrW(window.Get(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(Proc));
+    SetWindowSubclass(window.Get(), Proc, 1, reinterpret_cast<DWORD_PTR>(this));
     next = SetClipboardViewer(window.Get());
     PumpFor(50);
     draws = 0;  // the greeting on joining
@@ -215,7 +214,6 @@ TEST(ViewerChainTest, ChangesAreRaisedOnceAndPassedOn) {
   EXPECT_EQ(VBFormCopyPasteControl::Find(ours), &cpFlag);
   PumpFor(100);
   EXPECT_EQ(changes, 0) << "content present when joining is no copy";
-  EXPECT_EQ(reinterpret_cast<WNDPROC>(GetWindowLongPtrW(ours, GWLP_WNDPROC)), ClipViewerProc);
 
   ASSERT_TRUE(clip.WriteText(u"one"));
   EXPECT_TRUE(PumpUntil([&] { return changes == 1 && earlier.draws == 1; }));

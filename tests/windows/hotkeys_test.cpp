@@ -2,7 +2,9 @@
 // with SendInput, refusals, re-registration, and the window procedure's life cycle.
 #include <gtest/gtest.h>
 #include <windows.h>
+#include <commctrl.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -12,6 +14,7 @@
 #include "hotkeys/win32/Win32HotkeySystem.h"
 #include "platform/win32/MessageWindow.h"
 #include "platform/win32/Strings.h"
+#include "platform/win32/SystemError.h"
 
 #include "Pump.h"
 
@@ -73,25 +76,28 @@ Text AtomText(int32_t atom) {
 
 class Win32HotkeyTest : public ::testing::Test {
  protected:
+  // A started control on Ctrl+Shift+vkey whose events c counts.
+  std::unique_ptr<VBHotKey> Started(int32_t vkey, Counter& c) {
+    auto hk = std::make_unique<VBHotKey>(sys, controls, CtrlShift(vkey));
+    c.Attach(*hk);
+    hk->Start();
+    return hk;
+  }
+
   HotkeyControls controls;
   Win32HotkeySystem sys{controls};
 };
 
 TEST_F(Win32HotkeyTest, RegistersUnderItsAtomAndFiresOnAPress) {
-  VBHotKey hk(sys, controls, CtrlShift('7'));
   Counter c;
-  c.Attach(hk);
-  hk.Start();
+  auto started = Started('7', c);
+  VBHotKey& hk = *started;
   ASSERT_NE(hk.hKey(), 0);
   ASSERT_NE(hk.hAtom(), 0);
   EXPECT_EQ(AtomText(hk.hAtom()), u"SHIFT+CONTROL+055");
   HWND window = reinterpret_cast<HWND>(hk.hwnd());
   EXPECT_TRUE(IsWindow(window));
-  const ApiSubclassedWindow* record = FindSubclassedWindow(window);
-  ASSERT_NE(record, nullptr);
-  EXPECT_EQ(reinterpret_cast<WNDPROC>(GetWindowLongPtrW(window, GWLP_WNDPROC)), HotkeyWndProc);
-  EXPECT_EQ(record->NewWndProc, HotkeyWndProc);
-  EXPECT_NE(record->OldWndProc, nullptr);
+  EXPECT_TRUE(HotkeySubclass::IsInstalled(window));
   EXPECT_FALSE(CombinationFree(kMods, '7'));
 
   Press('7');
@@ -105,12 +111,10 @@ TEST_F(Win32HotkeyTest, RegistersUnderItsAtomAndFiresOnAPress) {
   EXPECT_EQ(c.presses, 2);
   EXPECT_TRUE(c.errors.empty());
 
-  size_t records = SubclassedWindowCount();
   hk.StopHotkey();
   EXPECT_TRUE(CombinationFree(kMods, '7'));
   EXPECT_EQ(GlobalFindAtomW(L"SHIFT+CONTROL+055"), 0) << "the atom is deleted";
   EXPECT_FALSE(IsWindow(window));
-  EXPECT_EQ(SubclassedWindowCount(), records - 1);
   EXPECT_EQ(controls.Count(), 0u);
 }
 
@@ -134,7 +138,7 @@ TEST_F(Win32HotkeyTest, CollisionRaisesErrorWithTheSystemsText) {
   EXPECT_EQ(third.hKey(), 0);
   ASSERT_EQ(c3.errors.size(), 1u);
   EXPECT_EQ(c3.errors[0].second, u"ApiHotkey:Register");
-  EXPECT_EQ(c3.errors[0].first, ErrorMessageText(ERROR_HOTKEY_ALREADY_REGISTERED));
+  EXPECT_EQ(c3.errors[0].first, SystemErrorText(ERROR_HOTKEY_ALREADY_REGISTERED));
   EXPECT_FALSE(c3.errors[0].first.empty());
   EXPECT_NE(c3.errors[0].first.back(), u'\n');
 
@@ -145,10 +149,9 @@ TEST_F(Win32HotkeyTest, CollisionRaisesErrorWithTheSystemsText) {
 }
 
 TEST_F(Win32HotkeyTest, KeyChangeMovesTheRegistration) {
-  VBHotKey hk(sys, controls, CtrlShift('7'));
   Counter c;
-  c.Attach(hk);
-  hk.Start();
+  auto started = Started('7', c);
+  VBHotKey& hk = *started;
   ASSERT_NE(hk.hKey(), 0);
 
   hk.SetVKey('6');
@@ -182,20 +185,16 @@ TEST_F(Win32HotkeyTest, SwappedKeysBothRegister) {
   EXPECT_EQ(ca.presses, 0);
 }
 
-TEST_F(Win32HotkeyTest, ClosingTheWindowRestoresItsProcedure) {
-  VBHotKey hk(sys, controls, CtrlShift('7'));
+TEST_F(Win32HotkeyTest, ClosingTheWindowEndsItsControl) {
   Counter c;
-  c.Attach(hk);
-  hk.Start();
+  auto started = Started('7', c);
+  VBHotKey& hk = *started;
   HWND window = reinterpret_cast<HWND>(hk.hwnd());
   ASSERT_EQ(controls.Count(), 1u);
-  size_t records = SubclassedWindowCount();
 
   SendMessageW(window, WM_CLOSE, 0, 0);  // passed on: the default procedure destroys it
   EXPECT_FALSE(IsWindow(window));
   EXPECT_EQ(controls.Count(), 0u) << "the window's control leaves HotkeyControls";
-  EXPECT_EQ(SubclassedWindowCount(), records - 1);
-  EXPECT_EQ(FindSubclassedWindow(window), nullptr);
 
   // Stopping afterwards still frees the combination and the atom.
   hk.StopHotkey();
@@ -203,52 +202,112 @@ TEST_F(Win32HotkeyTest, ClosingTheWindowRestoresItsProcedure) {
   EXPECT_EQ(GlobalFindAtomW(L"SHIFT+CONTROL+055"), 0);
 }
 
-// A window whose own procedure keeps WM_CLOSE (so the restored procedure can be read back).
+// A window of a class whose procedure records what reaches it and keeps WM_CLOSE, so the
+// window outlives the close and what the hotkey procedure left behind can be read back.
 struct Recorded {
+  static constexpr wchar_t kClass[] = L"MarquillTestRecorded";
   static std::vector<UINT>& Messages() {
     static std::vector<UINT> m;
     return m;
   }
+  // Set while WM_DESTROY reaches the class's procedure.
+  static std::function<void(HWND)>& OnDestroy() {
+    static std::function<void(HWND)> f;
+    return f;
+  }
   static LRESULT CALLBACK Proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
     Messages().push_back(msg);
     if (msg == WM_CLOSE) return 0;
+    if (msg == WM_DESTROY && OnDestroy()) OnDestroy()(hwnd);
     return DefWindowProcW(hwnd, msg, wp, lp);
+  }
+  static UniqueWindow Create() {
+    WNDCLASSEXW wc{};
+    wc.cbSize = sizeof(wc);
+    wc.lpfnWndProc = Proc;
+    wc.hInstance = GetModuleHandleW(nullptr);
+    wc.lpszClassName = kClass;
+    RegisterClassExW(&wc);  // fails harmlessly once the class exists
+    return UniqueWindow(CreateWindowExW(0, kClass, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
+                                        wc.hInstance, nullptr));
   }
 };
 
-TEST_F(Win32HotkeyTest, SubclassingAnyWindowAndRestoringOnCloseAndDestroy) {
-  UniqueWindow w(CreatePlainWindow());
-  ASSERT_TRUE(w);
-  SetWindowLongPtrW(w.Get(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(Recorded::Proc));
+WNDPROC ProcedureOf(HWND hwnd) {
+  return reinterpret_cast<WNDPROC>(GetWindowLongPtrW(hwnd, GWLP_WNDPROC));
+}
 
-  const ApiSubclassedWindow* record = SubclassWindow(w.Get(), &controls);
-  ASSERT_NE(record, nullptr);
-  EXPECT_EQ(record->hwnd, w.Get());
-  EXPECT_EQ(record->OldWndProc, Recorded::Proc);
-  EXPECT_EQ(SubclassWindow(w.Get(), &controls), nullptr) << "already subclassed: no change";
+TEST_F(Win32HotkeyTest, SubclassingAnyWindowAndRemovingItOnCloseAndDestroy) {
+  UniqueWindow w = Recorded::Create();
+  ASSERT_TRUE(w);
+  ASSERT_EQ(ProcedureOf(w.Get()), Recorded::Proc);
+
+  ASSERT_TRUE(HotkeySubclass::Install(w.Get(), controls));
+  EXPECT_TRUE(HotkeySubclass::IsInstalled(w.Get()));
+  EXPECT_NE(ProcedureOf(w.Get()), Recorded::Proc);
+  EXPECT_FALSE(HotkeySubclass::Install(w.Get(), controls)) << "already subclassed: no change";
 
   Recorded::Messages().clear();
   SendMessageW(w.Get(), WM_HOTKEY, 1, MAKELPARAM(MOD_CONTROL, 'A'));
   SendMessageW(w.Get(), WM_CLOSE, 0, 0);
   EXPECT_EQ(Recorded::Messages(), (std::vector<UINT>{WM_HOTKEY, WM_CLOSE}))
-      << "every message, WM_HOTKEY too, reaches the old procedure";
+      << "every message, WM_HOTKEY too, reaches the window's own procedure";
   EXPECT_TRUE(IsWindow(w.Get()));
-  EXPECT_EQ(reinterpret_cast<WNDPROC>(GetWindowLongPtrW(w.Get(), GWLP_WNDPROC)), Recorded::Proc);
-  EXPECT_EQ(FindSubclassedWindow(w.Get()), nullptr);
+  EXPECT_FALSE(HotkeySubclass::IsInstalled(w.Get()));
+  EXPECT_EQ(ProcedureOf(w.Get()), Recorded::Proc) << "the last subclass gone, the class's is back";
 
-  ASSERT_NE(SubclassWindow(w.Get(), &controls), nullptr);
-  HWND raw = w.Get();
-  w.Reset();  // DestroyWindow: WM_DESTROY restores it as well
-  EXPECT_EQ(FindSubclassedWindow(raw), nullptr);
+  ASSERT_TRUE(HotkeySubclass::Install(w.Get(), controls));
+  bool installedAtDestroy = true;
+  Recorded::OnDestroy() = [&](HWND hwnd) { installedAtDestroy = HotkeySubclass::IsInstalled(hwnd); };
+  w.Reset();  // DestroyWindow: WM_DESTROY removes it before the window's own procedure runs
+  Recorded::OnDestroy() = nullptr;
+  EXPECT_FALSE(installedAtDestroy);
+}
+
+// Looks at a window at its very end: WM_NCDESTROY comes after WM_DESTROY has passed through
+// every procedure of the window.
+struct LastLook {
+  LPARAM press = 0;
+  bool installed = true;
+  static LRESULT CALLBACK Proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp, UINT_PTR id,
+                               DWORD_PTR self) {
+    if (msg == WM_NCDESTROY) {
+      auto* look = reinterpret_cast<LastLook*>(self);
+      look->installed = HotkeySubclass::IsInstalled(hwnd);
+      SendMessageW(hwnd, WM_HOTKEY, 0, look->press);
+      RemoveWindowSubclass(hwnd, Proc, id);
+    }
+    return DefSubclassProc(hwnd, msg, wp, lp);
+  }
+};
+
+TEST_F(Win32HotkeyTest, DestroyingTheWindowRemovesItsProcedure) {
+  Counter c;
+  auto started = Started('7', c);
+  VBHotKey& hk = *started;
+  HWND window = reinterpret_cast<HWND>(hk.hwnd());
+  LastLook look;
+  look.press = MAKELPARAM(kMods, '7');
+  ASSERT_TRUE(SetWindowSubclass(window, LastLook::Proc, 1, reinterpret_cast<DWORD_PTR>(&look)));
+  SendMessageW(window, WM_HOTKEY, hk.hAtom(), look.press);
+  ASSERT_EQ(c.presses, 1) << "the press passes the probe and dispatches";
+
+  DestroyWindow(window);
+  EXPECT_FALSE(look.installed);
+  EXPECT_EQ(c.presses, 1) << "a press at the window's end dispatches nothing";
+  EXPECT_EQ(controls.Count(), 0u);
+
+  hk.StopHotkey();
+  EXPECT_TRUE(CombinationFree(kMods, '7'));
 }
 
 TEST(Win32HotkeyErrors, MessageTextsAreTrimmed) {
-  Text text = ErrorMessageText(ERROR_HOTKEY_ALREADY_REGISTERED);
+  Text text = SystemErrorText(ERROR_HOTKEY_ALREADY_REGISTERED);
   ASSERT_FALSE(text.empty());
   EXPECT_NE(text.back(), u'\n');
   EXPECT_NE(text.back(), u' ');
   SetLastError(ERROR_ACCESS_DENIED);
-  EXPECT_EQ(LastErrorText(), ErrorMessageText(ERROR_ACCESS_DENIED));
+  EXPECT_EQ(LastErrorText(), SystemErrorText(ERROR_ACCESS_DENIED));
 }
 
 }  // namespace

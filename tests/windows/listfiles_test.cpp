@@ -7,8 +7,10 @@
 
 #include "../native/fakes/FakeRichTextBox.h"
 #include "listfiles/FileOperations.h"
+#include "platform/win32/Handles.h"
 #include "platform/win32/Strings.h"
 #include "platform/win32/SystemCodePage.h"
+#include "platform/win32/SystemError.h"
 #include "platform/win32/Win32FileSystem.h"
 
 namespace mq {
@@ -70,12 +72,12 @@ TEST(Win32FileSystem, AtomicReplaceAndErrorTexts) {
   // A locked target (open without sharing) cannot be replaced: the old content stays and
   // the temporary file is cleaned up.
   {
-    HANDLE lock = CreateFileW(W(target), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-    ASSERT_NE(lock, INVALID_HANDLE_VALUE);
+    win32::UniqueFile lock(
+        CreateFileW(W(target), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    ASSERT_TRUE(lock);
     error.clear();
     EXPECT_FALSE(files.WriteAllAtomic(target, "third", error));
     EXPECT_FALSE(error.empty());
-    CloseHandle(lock);
   }
   ASSERT_TRUE(files.ReadAll(target, read, error));
   EXPECT_EQ(read, "second");

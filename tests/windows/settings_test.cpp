@@ -1,6 +1,7 @@
 // The registry settings store, under a key of the tests' own.
 #include <gtest/gtest.h>
 
+#include "platform/win32/Handles.h"
 #include "settings/KeyTable.h"
 #include "settings/win32/RegistrySettings.h"
 
@@ -14,12 +15,11 @@ class RegistryStore : public ::testing::Test {
   void SetUp() override { RegDeleteTreeW(HKEY_CURRENT_USER, kTestKey); }
   void TearDown() override { RegDeleteTreeW(HKEY_CURRENT_USER, kTestKey); }
   void Raw(const wchar_t* name, DWORD type, const void* data, DWORD bytes) {
-    HKEY key;
+    UniqueRegKey key;
     ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, kTestKey, 0, nullptr, 0, KEY_SET_VALUE, nullptr,
-                              &key, nullptr),
+                              key.Out(), nullptr),
               ERROR_SUCCESS);
-    RegSetValueExW(key, name, 0, type, static_cast<const BYTE*>(data), bytes);
-    RegCloseKey(key);
+    RegSetValueExW(key.Get(), name, 0, type, static_cast<const BYTE*>(data), bytes);
   }
   RegistrySettings port{kTestKey};
 };
@@ -39,11 +39,10 @@ TEST_F(RegistryStore, AbsentWrittenAndRewrittenValues) {
   EXPECT_EQ(value, u"C:\\Lists\\\u00e9t\u00e9 \u0416.mqp");
 
   // Values are REG_SZ strings.
-  HKEY key;
-  ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, kTestKey, 0, KEY_READ, &key), ERROR_SUCCESS);
+  UniqueRegKey key;
+  ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, kTestKey, 0, KEY_READ, key.Out()), ERROR_SUCCESS);
   DWORD type = 0;
-  RegQueryValueExW(key, L"Set_Op", nullptr, &type, nullptr, nullptr);
-  RegCloseKey(key);
+  RegQueryValueExW(key.Get(), L"Set_Op", nullptr, &type, nullptr, nullptr);
   EXPECT_EQ(type, static_cast<DWORD>(REG_SZ));
 }
 

@@ -156,17 +156,16 @@ class MenuOwner {
     wc.hInstance = GetModuleHandleW(nullptr);
     wc.lpszClassName = L"UiTestMenuOwner";
     RegisterClassW(&wc);
-    hwnd_ = CreateWindowExW(WS_EX_TOOLWINDOW, wc.lpszClassName, L"", WS_POPUP, 0, 0, 1, 1,
-                            nullptr, nullptr, wc.hInstance, nullptr);
+    window_.Reset(CreateWindowExW(WS_EX_TOOLWINDOW, wc.lpszClassName, L"", WS_POPUP, 0, 0, 1, 1,
+                                  nullptr, nullptr, wc.hInstance, nullptr));
   }
-  ~MenuOwner() { DestroyWindow(hwnd_); }
-  HWND hwnd() const { return hwnd_; }
+  HWND hwnd() const { return window_.Get(); }
 
   int Run(cMenuItems& menus, const MenuItem& root, const MenuStyle& style, MenuDriver& driver) {
-    driver.owner = hwnd_;
+    driver.owner = hwnd();
     MenuDriver::current = &driver;
     UINT_PTR timer = SetTimer(nullptr, 0, 150, &MenuDriver::Tick);
-    int chosen = menus.TrackPopup(hwnd_, root, style, POINT{120, 120});
+    int chosen = menus.TrackPopup(hwnd(), root, style, POINT{120, 120});
     KillTimer(nullptr, timer);
     MenuDriver::current = nullptr;
     return chosen;
@@ -179,7 +178,7 @@ class MenuOwner {
     return DefWindowProcW(hwnd, message, wParam, lParam);
   }
   static inline cMenuItems* menus_ = nullptr;
-  HWND hwnd_ = nullptr;
+  UniqueWindow window_;
 };
 
 TEST(cMenuItems, TrackPopupReturnsTheChosenCommand) {
@@ -245,9 +244,10 @@ std::wstring BesideThisProgram(const wchar_t* name) {
 }
 
 TEST(AlphaImage, IconResourcesHoldTheDrawnImages) {
-  HMODULE exe = LoadLibraryExW(BesideThisProgram(L"marquill.exe").c_str(), nullptr,
-                               LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE);
-  ASSERT_TRUE(exe) << "marquill.exe is built beside the test program";
+  UniqueModule module(LoadLibraryExW(BesideThisProgram(L"marquill.exe").c_str(), nullptr,
+                                     LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE));
+  ASSERT_TRUE(module) << "marquill.exe is built beside the test program";
+  HMODULE exe = module.Get();
   struct Case {
     int id;
     art::Art art;
@@ -280,7 +280,6 @@ TEST(AlphaImage, IconResourcesHoldTheDrawnImages) {
   EXPECT_TRUE(IconResourceImage(exe, 201, 36, art::Art::ClipEnabled).rgba ==
               art::Render(art::Art::ClipEnabled, 36).rgba);
   EXPECT_FALSE(ReadIconResource(exe, 299, 16, odd));
-  FreeLibrary(exe);
 }
 
 TEST(FlashWindow, EllipticTopmostNoticeThatUnloadsItself) {

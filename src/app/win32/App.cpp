@@ -13,6 +13,7 @@
 #include "platform/win32/Win32Ports.h"
 #include "hotkeys/win32/Win32HotkeySystem.h"
 #include "listwindow/win32/ListWindow.h"
+#include "platform/win32/Handles.h"
 #include "platform/win32/Strings.h"
 #include "platform/win32/Win32FileSystem.h"
 #include "settings/win32/RegistrySettings.h"
@@ -54,12 +55,10 @@ Text ProgramFolder() {
 }
 
 // Tells anyone waiting (the start-up measurement, the end-to-end tests) that start-up is done
-// and the message loop runs.
-void SignalReady() {
+// and the message loop runs: the event is created set.
+UniqueKernelObject SignalReady() {
   std::wstring name = L"Local\\Olvenar.Marquill.Ready." + std::to_wstring(GetCurrentProcessId());
-  HANDLE event = CreateEventW(nullptr, TRUE, TRUE, name.c_str());
-  // The handle stays open for the run so that a waiter that comes late still finds it set.
-  (void)event;
+  return UniqueKernelObject(CreateEventW(nullptr, TRUE, TRUE, name.c_str()));
 }
 }  // namespace
 
@@ -98,6 +97,8 @@ struct App::Parts {
   SettingsWindow settingsWindow{settings, main, IsXpClass(os)};
   cMenuItems menus{GetModuleHandleW(nullptr)};
   std::unique_ptr<VBFormCopyPasteControl> cpFlag;
+  // Open for the run, so that a waiter that comes late still finds it set.
+  UniqueKernelObject ready;
 };
 
 App::App() = default;
@@ -118,7 +119,7 @@ int App::Run() {
     p.cpFlag->ClipboardChanged = [&p] { p.main.cpFlag_ClipboardChanged(); };
     p.cpFlag->Attach();
   };
-  p.window.onReady = [] { SignalReady(); };
+  p.window.onReady = [&p] { p.ready = SignalReady(); };
 
   if (!p.main.Form_Load()) return 0;
   PostMessageW(p.window.hwnd(), MainWindow::kReadyMessage, 0, 0);

@@ -17,17 +17,6 @@ constexpr COLORREF kBottom = RGB(0xDF, 0xE9, 0xF6);
 constexpr COLORREF kRim = RGB(0x8C, 0xA6, 0xC8);
 constexpr COLORREF kText = RGB(0x1C, 0x2A, 0x45);
 
-void VerticalGradient(HDC dc, int width, int height, COLORREF top, COLORREF bottom) {
-  TRIVERTEX v[2] = {{0, 0, static_cast<COLOR16>(GetRValue(top) << 8),
-                     static_cast<COLOR16>(GetGValue(top) << 8),
-                     static_cast<COLOR16>(GetBValue(top) << 8), 0},
-                    {width, height, static_cast<COLOR16>(GetRValue(bottom) << 8),
-                     static_cast<COLOR16>(GetGValue(bottom) << 8),
-                     static_cast<COLOR16>(GetBValue(bottom) << 8), 0}};
-  GRADIENT_RECT r{0, 1};
-  GradientFill(dc, v, 2, &r, 1, GRADIENT_FILL_RECT_V);
-}
-
 }  // namespace
 
 FlashWindow::FlashWindow(HMODULE resources, UINT lifetimeMs)
@@ -98,7 +87,7 @@ void FlashWindow::Show(const FlashModel& model) {
 void FlashWindow::Unload() { Destroy(); }
 
 void FlashWindow::Paint(HDC dc, int width, int height) {
-  VerticalGradient(dc, width, height, kTop, kBottom);
+  FillVerticalGradient(dc, {0, 0, width, height}, kTop, kBottom);
   {
     // PS_INSIDEFRAME keeps the whole rim within the region's ellipse.
     UniquePen pen(CreatePen(PS_INSIDEFRAME, std::max(1, S(2)), kRim));

@@ -3,6 +3,8 @@
 #include <commctrl.h>
 #include <shellapi.h>
 
+#include <utility>
+
 #include "app/frmMain.h"
 #include "listwindow/win32/ListWindow.h"
 #include "platform/win32/Strings.h"
@@ -28,9 +30,6 @@ MainWindow::MainWindow() = default;
 MainWindow::~MainWindow() {
   if (trayShown_) Delete();
   Destroy();
-  if (instanceMutex_) CloseHandle(instanceMutex_);
-  if (htmlHelp_) FreeLibrary(htmlHelp_);
-  if (windowIcon_) DestroyIcon(windowIcon_);
 }
 
 bool MainWindow::CreateHidden() {
@@ -42,8 +41,12 @@ bool MainWindow::CreateHidden() {
 }
 
 bool MainWindow::AnotherInstanceRunning() {
-  instanceMutex_ = CreateMutexW(nullptr, FALSE, kInstanceMutex);
-  return instanceMutex_ && GetLastError() == ERROR_ALREADY_EXISTS;
+  // A handle of our own from an earlier call would make the name exist by itself.
+  instanceMutex_.Reset();
+  HANDLE mutex = CreateMutexW(nullptr, FALSE, kInstanceMutex);
+  const bool existed = mutex && GetLastError() == ERROR_ALREADY_EXISTS;
+  instanceMutex_.Reset(mutex);
+  return existed;
 }
 
 void MainWindow::AttachClipboardMonitor() {
@@ -65,9 +68,9 @@ void MainWindow::ShowSettings() {
 HWND MainWindow::SettingsHandle() const { return settings_ ? settings_->hwnd() : nullptr; }
 
 bool MainWindow::OpenHelp(TextView path, TextView topic, Text& error) {
-  if (!htmlHelp_) htmlHelp_ = LoadLibraryW(L"hhctrl.ocx");
+  if (!htmlHelp_) htmlHelp_.Reset(LoadLibraryW(L"hhctrl.ocx"));
   auto htmlHelp = htmlHelp_ ? reinterpret_cast<HtmlHelpFn>(reinterpret_cast<void*>(
-                                  GetProcAddress(htmlHelp_, "HtmlHelpW")))
+                                  GetProcAddress(htmlHelp_.Get(), "HtmlHelpW")))
                             : nullptr;
   if (!htmlHelp) {
     error = u"HTML Help is not available on this system.";
@@ -84,7 +87,7 @@ bool MainWindow::OpenHelp(TextView path, TextView topic, Text& error) {
 void MainWindow::CloseHelp() {
   if (!htmlHelp_) return;
   auto htmlHelp = reinterpret_cast<HtmlHelpFn>(
-      reinterpret_cast<void*>(GetProcAddress(htmlHelp_, "HtmlHelpW")));
+      reinterpret_cast<void*>(GetProcAddress(htmlHelp_.Get(), "HtmlHelpW")));
   if (htmlHelp) htmlHelp(nullptr, nullptr, kHhCloseAll, 0);
 }
 
@@ -99,30 +102,27 @@ void MainWindow::Quit() { Destroy(); }
 
 bool MainWindow::Notify(DWORD action, int icon, TextView tip) {
   NOTIFYICONDATAW data{};
+  UniqueIcon trayImage;  // the shell keeps a copy of its own
   data.cbSize = sizeof(data);
   data.hWnd = hwnd();
   data.uID = kTrayId;
   if (action != NIM_DELETE) {
     data.uFlags = NIF_MESSAGE | NIF_ICON | NIF_TIP;
     data.uCallbackMessage = frmMain::kTrayCallbackMessage;
-    HICON small = nullptr;
-    LoadIconMetric(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(icon), LIM_SMALL, &small);
-    data.hIcon = small;
+    LoadIconMetric(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(icon), LIM_SMALL, trayImage.Out());
+    data.hIcon = trayImage.Get();
     // The tip field holds 64 characters, its terminating NUL included.
     Text clipped(tip.substr(0, 63));
     wcsncpy(data.szTip, W(clipped), 63);
     if (action == NIM_ADD) {
       // The tray image is also the window's own icon.
-      HICON large = nullptr;
-      LoadIconMetric(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(icon), LIM_LARGE, &large);
-      SendMessageW(hwnd(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(large));
-      if (windowIcon_) DestroyIcon(windowIcon_);
-      windowIcon_ = large;
+      UniqueIcon large;
+      LoadIconMetric(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(icon), LIM_LARGE, large.Out());
+      SendMessageW(hwnd(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(large.Get()));
+      windowIcon_ = std::move(large);
     }
   }
-  BOOL done = Shell_NotifyIconW(action, &data);
-  if (data.hIcon) DestroyIcon(data.hIcon);
-  return done;
+  return Shell_NotifyIconW(action, &data) != FALSE;
 }
 
 // The results are not checked: without a notification area the program runs on without an icon.

@@ -6,6 +6,7 @@
 
 #include "app/MainServices.h"
 #include "app/win32/AboutWindow.h"
+#include "platform/win32/Handles.h"
 #include "platform/win32/Window.h"
 
 namespace mq {
@@ -71,13 +72,13 @@ class MainWindow final : public Window, public MainView, public TrayIcon, public
   cMenuItems* menus_ = nullptr;
   SettingsWindow* settings_ = nullptr;
   AboutWindow about_;
-  HANDLE instanceMutex_ = nullptr;
-  HMODULE htmlHelp_ = nullptr;
+  UniqueKernelObject instanceMutex_;
+  UniqueModule htmlHelp_;
   UINT taskbarCreated_ = 0;
   int trayIcon_ = 0;
   Text trayTip_;
   bool trayShown_ = false;
-  HICON windowIcon_ = nullptr;
+  UniqueIcon windowIcon_;
 };
 
 }  // namespace mq::win32

@@ -5,29 +5,17 @@
 
 namespace mq::win32 {
 
-GlobalMemory GlobalMemory::Copy(const void* data, size_t size, size_t zeroTail) {
-  GlobalMemory memory;
+UniqueGlobal CopyToGlobal(const void* data, size_t size, size_t zeroTail) {
   // A zero-byte moveable block cannot be locked; marks with no data still need a block.
-  size_t total = std::max<size_t>(size + zeroTail, 1);
-  memory.handle_ = GlobalAlloc(GMEM_MOVEABLE, total);
-  if (!memory.handle_) return memory;
-  void* p = GlobalLock(memory.handle_);
-  if (!p) {
-    GlobalFree(memory.Release());
-    return memory;
-  }
+  const size_t total = std::max<size_t>(size + zeroTail, 1);
+  UniqueGlobal memory(GlobalAlloc(GMEM_MOVEABLE, total));
+  if (!memory) return memory;
+  void* p = GlobalLock(memory.Get());
+  if (!p) return UniqueGlobal();
   if (size) std::memcpy(p, data, size);
   std::memset(static_cast<char*>(p) + size, 0, total - size);
-  GlobalUnlock(memory.handle_);
+  GlobalUnlock(memory.Get());
   return memory;
-}
-
-GlobalMemory& GlobalMemory::operator=(GlobalMemory&& other) noexcept {
-  if (this != &other) {
-    if (handle_) GlobalFree(handle_);
-    handle_ = other.Release();
-  }
-  return *this;
 }
 
 ClipboardSession::ClipboardSession(HWND owner, int attempts, DWORD pauseMs) {
@@ -38,7 +26,7 @@ ClipboardSession::ClipboardSession(HWND owner, int attempts, DWORD pauseMs) {
   }
 }
 
-bool ClipboardSession::Put(UINT format, GlobalMemory& memory) {
+bool ClipboardSession::Put(UINT format, UniqueGlobal& memory) {
   if (!open_ || !memory) return false;
   if (!SetClipboardData(format, memory.Get())) return false;
   memory.Release();  // the clipboard owns it now

@@ -5,33 +5,13 @@
 
 #include <cstddef>
 
+#include "platform/win32/Handles.h"
+
 namespace mq::win32 {
 
-// Moveable memory for SetClipboardData; freed unless the clipboard took it over.
-class GlobalMemory {
- public:
-  GlobalMemory() = default;
-  // Copies size bytes and appends zeroTail zero bytes (the terminating NUL of a text).
-  static GlobalMemory Copy(const void* data, size_t size, size_t zeroTail);
-  ~GlobalMemory() {
-    if (handle_) GlobalFree(handle_);
-  }
-  GlobalMemory(GlobalMemory&& other) noexcept : handle_(other.Release()) {}
-  GlobalMemory& operator=(GlobalMemory&& other) noexcept;
-  GlobalMemory(const GlobalMemory&) = delete;
-  GlobalMemory& operator=(const GlobalMemory&) = delete;
-
-  HGLOBAL Get() const { return handle_; }
-  explicit operator bool() const { return handle_ != nullptr; }
-  HGLOBAL Release() {
-    HGLOBAL h = handle_;
-    handle_ = nullptr;
-    return h;
-  }
-
- private:
-  HGLOBAL handle_ = nullptr;
-};
+// Moveable memory for SetClipboardData holding size bytes of data and zeroTail zero bytes
+// after them (the terminating NUL of a text); empty when it could not be had.
+UniqueGlobal CopyToGlobal(const void* data, size_t size, size_t zeroTail);
 
 // A locked view of global memory (the clipboard's data while the clipboard is open).
 class GlobalView {
@@ -75,7 +55,7 @@ class ClipboardSession {
 
   bool Empty() { return open_ && EmptyClipboard(); }
   // Hands the memory to the clipboard; it stays ours (and is freed by us) on failure.
-  bool Put(UINT format, GlobalMemory& memory);
+  bool Put(UINT format, UniqueGlobal& memory);
   // The clipboard's data for format, or null.
   HANDLE Data(UINT format) const { return open_ ? GetClipboardData(format) : nullptr; }
 

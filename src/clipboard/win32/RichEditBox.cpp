@@ -11,31 +11,20 @@ namespace {
 
 // Loaded once for the run; the windows of its class must be gone before it is freed, which
 // holds at process exit.
-class RichEditLibrary {
- public:
-  RichEditLibrary() {
-    module_ = LoadLibraryW(L"Msftedit.dll");
-    className_ = L"RICHEDIT50W";
-    if (!module_) {
-      module_ = LoadLibraryW(L"Riched20.dll");
-      className_ = L"RichEdit20W";
-    }
-  }
-  ~RichEditLibrary() {
-    if (module_) FreeLibrary(module_);
-  }
-  RichEditLibrary(const RichEditLibrary&) = delete;
-  RichEditLibrary& operator=(const RichEditLibrary&) = delete;
-  const wchar_t* ClassName() const { return module_ ? className_ : nullptr; }
+struct RichEditLibrary {
+  UniqueModule module{LoadLibraryW(L"Msftedit.dll")};
+  const wchar_t* className = L"RICHEDIT50W";
 
- private:
-  HMODULE module_;
-  const wchar_t* className_;
+  RichEditLibrary() {
+    if (module) return;
+    module.Reset(LoadLibraryW(L"Riched20.dll"));
+    className = L"RichEdit20W";
+  }
 };
 
 const wchar_t* RichEditClass() {
-  static RichEditLibrary library;
-  return library.ClassName();
+  static const RichEditLibrary library;
+  return library.module ? library.className : nullptr;
 }
 
 struct Source {

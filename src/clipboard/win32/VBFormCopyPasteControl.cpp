@@ -1,21 +1,10 @@
 #include "clipboard/win32/VBFormCopyPasteControl.h"
 
-#include <iterator>
-#include <map>
-
 namespace mq::win32 {
 
 namespace {
 
-// Only the user-interface thread touches it.
-std::map<Text, VBFormCopyPasteControl*>& ViewerRegistry() {
-  static std::map<Text, VBFormCopyPasteControl*> registry;
-  return registry;
-}
-
-Text KeyOf(HWND window) {
-  return u"FormCopyPasteControl:" + ToDecimal(reinterpret_cast<intptr_t>(window));
-}
+constexpr UINT_PTR kSubclassId = 1;
 
 LRESULT PassOn(HWND next, UINT message, WPARAM wParam, LPARAM lParam) {
   // A next viewer that has gone away gets nothing; the chain then ends here.
@@ -28,78 +17,74 @@ VBFormCopyPasteControl::VBFormCopyPasteControl(HWND parent)
     : window_(CreatePlainWindow(parent, L"VBFormCopyPasteControl")) {}
 
 VBFormCopyPasteControl::~VBFormCopyPasteControl() {
-  window_.Reset();  // WM_DESTROY leaves the chain through ClipViewerProc
-  Detach();         // in case the window was gone already
+  const HWND window = window_.Get();
+  window_.Reset();  // WM_DESTROY leaves the chain through Procedure
+  Detach(window);   // in case the window was gone already
 }
 
 VBFormCopyPasteControl* VBFormCopyPasteControl::Find(HWND window) {
-  auto& registry = ViewerRegistry();
-  auto it = registry.find(KeyOf(window));
-  return it == registry.end() ? nullptr : it->second;
+  DWORD_PTR control = 0;
+  if (!FindWindowSubclass(window, Procedure, kSubclassId, control)) return nullptr;
+  return reinterpret_cast<VBFormCopyPasteControl*>(control);
 }
 
 bool VBFormCopyPasteControl::Attach() {
   HWND window = window_.Get();
   if (!window || attached_) return false;
-  ViewerRegistry()[KeyOf(window)] = this;
   // The system greets a new viewer with WM_DRAWCLIPBOARD from inside this call, before
-  // ClipViewerProc is in place, so content already on the clipboard is not taken as a copy.
+  // Procedure is in place, so content already on the clipboard is not taken as a copy.
   SetLastError(0);
   next_ = SetClipboardViewer(window);
-  if (!next_ && GetLastError() != 0) {
-    ViewerRegistry().erase(KeyOf(window));
+  if (!next_ && GetLastError() != 0) return false;
+  if (!SetWindowSubclass(window, Procedure, kSubclassId, reinterpret_cast<DWORD_PTR>(this))) {
+    ChangeClipboardChain(window, next_);
+    next_ = nullptr;
     return false;
   }
-  previous_ = reinterpret_cast<WNDPROC>(
-      SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(ClipViewerProc)));
   attached_ = true;
   return true;
 }
 
-void VBFormCopyPasteControl::Detach() {
+void VBFormCopyPasteControl::Detach(HWND window) {
   if (!attached_) return;
-  HWND window = window_.Get();
-  if (window && IsWindow(window) && previous_)
-    SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(previous_));
-  auto& registry = ViewerRegistry();
-  for (auto it = registry.begin(); it != registry.end();) {
-    it = it->second == this ? registry.erase(it) : std::next(it);
-  }
-  previous_ = nullptr;
+  if (window && IsWindow(window)) RemoveWindowSubclass(window, Procedure, kSubclassId);
   attached_ = false;
 }
 
-LRESULT CALLBACK ClipViewerProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  VBFormCopyPasteControl* control = VBFormCopyPasteControl::Find(window);
-  if (!control) return DefWindowProcW(window, message, wParam, lParam);
+LRESULT CALLBACK VBFormCopyPasteControl::Procedure(HWND window, UINT message, WPARAM wParam,
+                                                   LPARAM lParam, UINT_PTR, DWORD_PTR control) {
+  return reinterpret_cast<VBFormCopyPasteControl*>(control)->HandleMessage(window, message,
+                                                                           wParam, lParam);
+}
 
+LRESULT VBFormCopyPasteControl::HandleMessage(HWND window, UINT message, WPARAM wParam,
+                                              LPARAM lParam) noexcept {
   switch (message) {
-    case WM_DRAWCLIPBOARD:
-      if (control->ClipboardChanged) {
+    case WM_DRAWCLIPBOARD: {
+      if (ClipboardChanged) {
         try {
-          control->ClipboardChanged();
+          ClipboardChanged();
         } catch (...) {
           // The chain must go on whatever the handler did.
         }
       }
-      // The handler may have destroyed the control (program exit): look it up again.
-      control = VBFormCopyPasteControl::Find(window);
-      return control ? PassOn(control->next_, message, wParam, lParam) : 0;
+      // The handler may have destroyed this control (program exit), which destroys its
+      // window first: only a window still there has a control to pass the change on.
+      return IsWindow(window) ? PassOn(next_, message, wParam, lParam) : 0;
+    }
 
     case WM_CHANGECBCHAIN:
-      if (reinterpret_cast<HWND>(wParam) == control->next_)
-        control->next_ = reinterpret_cast<HWND>(lParam);
-      return PassOn(control->next_, message, wParam, lParam);
+      if (reinterpret_cast<HWND>(wParam) == next_) next_ = reinterpret_cast<HWND>(lParam);
+      return PassOn(next_, message, wParam, lParam);
 
     case WM_DESTROY:
-      ChangeClipboardChain(window, control->next_);
-      control->next_ = nullptr;
-      control->Detach();
-      return DefWindowProcW(window, message, wParam, lParam);
+      ChangeClipboardChain(window, next_);
+      next_ = nullptr;
+      Detach(window);
+      return DefSubclassProc(window, message, wParam, lParam);
 
     default:
-      return control->previous_ ? CallWindowProcW(control->previous_, window, message, wParam, lParam)
-                                : DefWindowProcW(window, message, wParam, lParam);
+      return DefSubclassProc(window, message, wParam, lParam);
   }
 }
 

@@ -30,19 +30,23 @@ class VBFormCopyPasteControl {
   // notification is passed on.
   std::function<void()> ClipboardChanged;
 
-  // Registered as "FormCopyPasteControl:" + decimal handle while attached.
+  // The control whose procedure a window has while the control is attached, or null.
   static VBFormCopyPasteControl* Find(HWND window);
 
  private:
-  friend LRESULT CALLBACK ClipViewerProc(HWND, UINT, WPARAM, LPARAM);
-  void Detach();
+  // Added to the window with the platform's per-window subclassing, with the control as its
+  // reference data.
+  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
+                                    UINT_PTR id, DWORD_PTR control);
+  // The window comes from the message: while it is being destroyed window_ may be empty.
+  // Nothing may unwind through the system's dispatcher: the one handler that could throw,
+  // ClipboardChanged, is caught inside.
+  LRESULT HandleMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+  void Detach(HWND window);
 
   UniqueWindow window_;
   HWND next_ = nullptr;
-  WNDPROC previous_ = nullptr;
   bool attached_ = false;
 };
-
-LRESULT CALLBACK ClipViewerProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
 }  // namespace mq::win32

@@ -95,7 +95,7 @@ bool Win32Clipboard::Read(ClipRead mode, ClipboardData& out) {
   return true;
 }
 
-bool Win32Clipboard::Write(UINT format, GlobalMemory memory) {
+bool Win32Clipboard::Write(UINT format, UniqueGlobal memory) {
   if (!memory) return false;
   ClipboardSession session(owner_.Get());
   lastAttempts_ = session.Attempts();
@@ -104,11 +104,11 @@ bool Win32Clipboard::Write(UINT format, GlobalMemory memory) {
 
 bool Win32Clipboard::WriteText(TextView text) {
   return Write(CF_UNICODETEXT,
-               GlobalMemory::Copy(text.data(), text.size() * sizeof(char16_t), sizeof(char16_t)));
+               CopyToGlobal(text.data(), text.size() * sizeof(char16_t), sizeof(char16_t)));
 }
 
 bool Win32Clipboard::WriteRich(std::string_view rtf) {
-  return Write(F().rich, GlobalMemory::Copy(rtf.data(), rtf.size(), 1));
+  return Write(F().rich, CopyToGlobal(rtf.data(), rtf.size(), 1));
 }
 
 }  // namespace mq::win32

@@ -27,7 +27,7 @@ class Win32Clipboard final : public Clipboard {
   static bool IsPrivate(const ClipboardSession& session);
 
  private:
-  bool Write(UINT format, GlobalMemory memory);
+  bool Write(UINT format, UniqueGlobal memory);
   // Windows: with no owner window EmptyClipboard leaves the clipboard ownerless, and
   // SetClipboardData may then fail; a window of our own owns what we write.
   UniqueWindow owner_;

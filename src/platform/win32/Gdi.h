@@ -1,61 +1,12 @@
-// Owners for GDI handles: every font, brush, pen, bitmap, region, icon, menu and device
-// context the shell creates is released by one of these.
+// Drawing helpers: device contexts borrowed for a scope, selections and saved states put
+// back, the program's font and gradient fills. The GDI objects' owners are in Handles.h.
 #pragma once
 
 #include <windows.h>
 
-#include <utility>
+#include "platform/win32/Handles.h"
 
 namespace mq::win32 {
-
-template <typename Handle, typename Traits>
-class UniqueHandle {
- public:
-  UniqueHandle() = default;
-  explicit UniqueHandle(Handle h) : h_(h) {}
-  ~UniqueHandle() { Reset(); }
-  UniqueHandle(UniqueHandle&& other) noexcept : h_(std::exchange(other.h_, nullptr)) {}
-  UniqueHandle& operator=(UniqueHandle&& other) noexcept {
-    if (this != &other) Reset(std::exchange(other.h_, nullptr));
-    return *this;
-  }
-  UniqueHandle(const UniqueHandle&) = delete;
-  UniqueHandle& operator=(const UniqueHandle&) = delete;
-
-  Handle Get() const { return h_; }
-  explicit operator bool() const { return h_ != nullptr; }
-  Handle Release() { return std::exchange(h_, nullptr); }
-  void Reset(Handle h = nullptr) {
-    if (h_) Traits::Close(h_);
-    h_ = h;
-  }
-
- private:
-  Handle h_ = nullptr;
-};
-
-struct GdiObjectTraits {
-  static void Close(HGDIOBJ h) { DeleteObject(h); }
-};
-struct IconTraits {
-  static void Close(HICON h) { DestroyIcon(h); }
-};
-struct MenuTraits {
-  static void Close(HMENU h) { DestroyMenu(h); }
-};
-struct MemoryDcTraits {
-  static void Close(HDC h) { DeleteDC(h); }
-};
-
-using UniqueFont = UniqueHandle<HFONT, GdiObjectTraits>;
-using UniqueBrush = UniqueHandle<HBRUSH, GdiObjectTraits>;
-using UniquePen = UniqueHandle<HPEN, GdiObjectTraits>;
-using UniqueBitmap = UniqueHandle<HBITMAP, GdiObjectTraits>;
-using UniqueRegion = UniqueHandle<HRGN, GdiObjectTraits>;
-using UniqueIcon = UniqueHandle<HICON, IconTraits>;
-using UniqueMenu = UniqueHandle<HMENU, MenuTraits>;
-// From CreateCompatibleDC.
-using MemoryDc = UniqueHandle<HDC, MemoryDcTraits>;
 
 // The program's interface font (Tahoma) at a size in points for a DPI.
 inline UniqueFont CreateProgramFont(UINT dpi, int points, int weight = FW_NORMAL) {
@@ -110,5 +61,17 @@ class SavedDc {
   HDC dc_;
   int id_;
 };
+
+// A gradient from top to bottom across rc.
+inline void FillVerticalGradient(HDC dc, const RECT& rc, COLORREF top, COLORREF bottom) {
+  auto vertex = [](LONG x, LONG y, COLORREF c) {
+    return TRIVERTEX{x, y, static_cast<COLOR16>(GetRValue(c) << 8),
+                     static_cast<COLOR16>(GetGValue(c) << 8),
+                     static_cast<COLOR16>(GetBValue(c) << 8), 0};
+  };
+  TRIVERTEX v[2] = {vertex(rc.left, rc.top, top), vertex(rc.right, rc.bottom, bottom)};
+  GRADIENT_RECT r{0, 1};
+  GradientFill(dc, v, 2, &r, 1, GRADIENT_FILL_RECT_V);
+}
 
 }  // namespace mq::win32

@@ -4,28 +4,13 @@
 #include <atomic>
 #include <utility>
 
+#include "platform/win32/Handles.h"
 #include "platform/win32/Strings.h"
+#include "platform/win32/SystemError.h"
 
 namespace mq::win32 {
 
 namespace {
-
-class FileHandle {
- public:
-  explicit FileHandle(HANDLE h) : h_(h) {}
-  ~FileHandle() { Close(); }
-  FileHandle(const FileHandle&) = delete;
-  FileHandle& operator=(const FileHandle&) = delete;
-  HANDLE Get() const { return h_; }
-  explicit operator bool() const { return h_ != INVALID_HANDLE_VALUE; }
-  bool Close() {
-    if (h_ == INVALID_HANDLE_VALUE) return true;
-    return CloseHandle(std::exchange(h_, INVALID_HANDLE_VALUE)) != 0;
-  }
-
- private:
-  HANDLE h_;
-};
 
 bool Attributes(TextView path, WIN32_FILE_ATTRIBUTE_DATA& data) {
   return GetFileAttributesExW(W(Text(path)), GetFileExInfoStandard, &data) != 0;
@@ -33,26 +18,13 @@ bool Attributes(TextView path, WIN32_FILE_ATTRIBUTE_DATA& data) {
 
 bool Fail(Text& error, DWORD code) {
   error = SystemErrorText(code);
+  if (error.empty()) error = u"Error " + ToDecimal(static_cast<long long>(code));
   return false;
 }
 
 std::atomic<unsigned> tempCounter{0};
 
 }  // namespace
-
-Text SystemErrorText(DWORD code) {
-  wchar_t* buffer = nullptr;
-  const DWORD n = FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM |
-                                     FORMAT_MESSAGE_IGNORE_INSERTS,
-                                 nullptr, code, 0, reinterpret_cast<wchar_t*>(&buffer), 0,
-                                 nullptr);
-  Text text = n ? FromW(std::wstring_view(buffer, n)) : Text();
-  if (buffer) LocalFree(buffer);
-  while (!text.empty() && (text.back() == u'\r' || text.back() == u'\n' || text.back() == u' '))
-    text.pop_back();
-  if (text.empty()) text = u"Error " + ToDecimal(static_cast<long long>(code));
-  return text;
-}
 
 std::optional<uint64_t> Win32FileSystem::Length(TextView path) {
   WIN32_FILE_ATTRIBUTE_DATA data;
@@ -67,7 +39,7 @@ bool Win32FileSystem::IsDirectory(TextView path) {
 }
 
 bool Win32FileSystem::ReadAll(TextView path, Bytes& out, Text& error) {
-  FileHandle file(CreateFileW(W(Text(path)), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+  UniqueFile file(CreateFileW(W(Text(path)), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
                               nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
   if (!file) return Fail(error, GetLastError());
   LARGE_INTEGER size;
@@ -89,7 +61,7 @@ bool Win32FileSystem::ReadAll(TextView path, Bytes& out, Text& error) {
 }
 
 bool Win32FileSystem::ReadHead(TextView path, size_t count, Bytes& out, Text& error) {
-  FileHandle file(CreateFileW(W(Text(path)), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+  UniqueFile file(CreateFileW(W(Text(path)), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
                               nullptr, OPEN_EXISTING, 0, nullptr));
   if (!file) return Fail(error, GetLastError());
   Bytes data(std::min<size_t>(count, 1u << 24), '\0');
@@ -112,7 +84,7 @@ bool Win32FileSystem::WriteAllAtomic(TextView path, std::string_view data, Text&
                     ToDecimal(tempCounter++) + u".tmp";
   DWORD failure = ERROR_SUCCESS;
   {
-    FileHandle file(CreateFileW(W(temp), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+    UniqueFile file(CreateFileW(W(temp), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
                                 FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!file) return Fail(error, GetLastError());
     size_t done = 0;

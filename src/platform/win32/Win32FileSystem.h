@@ -8,9 +8,6 @@
 
 namespace mq::win32 {
 
-// The system's description of an error code, without the trailing line break.
-Text SystemErrorText(DWORD code);
-
 class Win32FileSystem final : public FileSystem {
  public:
   std::optional<uint64_t> Length(TextView path) override;

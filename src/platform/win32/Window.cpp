@@ -1,5 +1,7 @@
 #include "platform/win32/Window.h"
 
+#include "platform/win32/Gdi.h"
+
 namespace mq::win32 {
 
 Window::~Window() { Destroy(); }
@@ -52,9 +54,8 @@ LRESULT CALLBACK Window::Procedure(HWND hwnd, UINT message, WPARAM wParam, LPARA
 }
 
 UINT DpiOfSystem() {
-  HDC screen = GetDC(nullptr);
-  UINT dpi = screen ? static_cast<UINT>(GetDeviceCaps(screen, LOGPIXELSY)) : 96;
-  if (screen) ReleaseDC(nullptr, screen);
+  WindowDc screen;
+  UINT dpi = screen.Get() ? static_cast<UINT>(GetDeviceCaps(screen.Get(), LOGPIXELSY)) : 96;
   return dpi ? dpi : 96;
 }
 

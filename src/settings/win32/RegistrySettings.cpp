@@ -1,28 +1,12 @@
 #include "settings/win32/RegistrySettings.h"
 
+#include "platform/win32/Handles.h"
 #include "platform/win32/Strings.h"
 
 namespace mq::win32 {
 
-namespace {
-class RegKey {
- public:
-  RegKey() = default;
-  ~RegKey() {
-    if (key_) RegCloseKey(key_);
-  }
-  RegKey(const RegKey&) = delete;
-  RegKey& operator=(const RegKey&) = delete;
-  HKEY* Out() { return &key_; }
-  HKEY Get() const { return key_; }
-
- private:
-  HKEY key_ = nullptr;
-};
-}  // namespace
-
 SettingsPort::Status RegistrySettings::Read(TextView key, Text& value) {
-  RegKey reg;
+  UniqueRegKey reg;
   LONG result = RegOpenKeyExW(root_, path_.c_str(), 0, KEY_QUERY_VALUE, reg.Out());
   if (result == ERROR_FILE_NOT_FOUND) return Status::Absent;
   if (result != ERROR_SUCCESS) return Status::Failed;
@@ -46,7 +30,7 @@ SettingsPort::Status RegistrySettings::Read(TextView key, Text& value) {
 }
 
 bool RegistrySettings::Write(TextView key, TextView value) {
-  RegKey reg;
+  UniqueRegKey reg;
   if (RegCreateKeyExW(root_, path_.c_str(), 0, nullptr, 0, KEY_SET_VALUE, nullptr, reg.Out(),
                       nullptr) != ERROR_SUCCESS)
     return false;

@@ -28,17 +28,6 @@ void FrameSolid(HDC dc, const RECT& rc, COLORREF colour, int t) {
   FillSolid(dc, {rc.right - t, rc.top, rc.right, rc.bottom}, colour);
 }
 
-void FillVerticalGradient(HDC dc, const RECT& rc, COLORREF top, COLORREF bottom) {
-  TRIVERTEX v[2] = {
-      {rc.left, rc.top, static_cast<COLOR16>(GetRValue(top) << 8),
-       static_cast<COLOR16>(GetGValue(top) << 8), static_cast<COLOR16>(GetBValue(top) << 8), 0},
-      {rc.right, rc.bottom, static_cast<COLOR16>(GetRValue(bottom) << 8),
-       static_cast<COLOR16>(GetGValue(bottom) << 8), static_cast<COLOR16>(GetBValue(bottom) << 8),
-       0}};
-  GRADIENT_RECT r{0, 1};
-  GradientFill(dc, v, 2, &r, 1, GRADIENT_FILL_RECT_V);
-}
-
 uint32_t ToArtColour(COLORREF c) {
   return (static_cast<uint32_t>(GetRValue(c)) << 16) | (GetGValue(c) << 8) | GetBValue(c);
 }

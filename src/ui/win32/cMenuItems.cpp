@@ -77,8 +77,12 @@ struct cMenuItems::Session {
       mii.fMask |= MIIM_SUBMENU;
       mii.hSubMenu = sub->menu;
     }
-    // A submenu the parent did not take would be left over: free it here.
-    if (!InsertMenuItemW(pane.menu, position, TRUE, &mii) && sub) DestroyMenu(sub->menu);
+    // A submenu the parent did not take would be left over: it is freed here.
+    UniqueMenu submenu(sub ? sub->menu : nullptr);
+    if (InsertMenuItemW(pane.menu, position, TRUE, &mii))
+      submenu.Release();  // the parent destroys it with itself
+    else if (sub)
+      sub->menu = nullptr;
   }
 
   MenuNode* Find(ULONG_PTR data) const {

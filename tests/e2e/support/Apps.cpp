@@ -22,9 +22,8 @@ BOOL CALLBACK FindVisibleTop(HWND hwnd, LPARAM param) {
 
 Editor::~Editor() {
   if (process_) {
-    TerminateProcess(process_, 0);
-    WaitForSingleObject(process_, 5000);
-    CloseHandle(process_);
+    TerminateProcess(process_.Get(), 0);
+    WaitForSingleObject(process_.Get(), 5000);
   }
 }
 
@@ -42,9 +41,9 @@ bool Editor::Start() {
                       &si, &pi))
     return false;
   CloseHandle(pi.hThread);
-  process_ = pi.hProcess;
+  process_.Reset(pi.hProcess);
   pid_ = pi.dwProcessId;
-  WaitForInputIdle(process_, 10000);
+  WaitForInputIdle(process_.Get(), 10000);
   TopOf search{pid_};
   WaitFor([&] {
     search.found = nullptr;

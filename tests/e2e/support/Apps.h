@@ -32,7 +32,7 @@ class Editor {
 
  private:
   Kind kind_;
-  HANDLE process_ = nullptr;
+  mq::win32::UniqueKernelObject process_;
   DWORD pid_ = 0;
   HWND window_ = nullptr;
   HWND edit_ = nullptr;

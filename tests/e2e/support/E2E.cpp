@@ -41,36 +41,34 @@ std::wstring MarquillPath() { return ProgramFolder() + L"\\marquill.exe"; }
 void ClearSettings() { RegDeleteTreeW(HKEY_CURRENT_USER, kSettingsKey); }
 
 void WriteSettings(const Values& values) {
-  HKEY key = nullptr;
-  if (RegCreateKeyExW(HKEY_CURRENT_USER, kSettingsKey, 0, nullptr, 0, KEY_SET_VALUE, nullptr, &key,
-                      nullptr) != ERROR_SUCCESS)
+  mq::win32::UniqueRegKey key;
+  if (RegCreateKeyExW(HKEY_CURRENT_USER, kSettingsKey, 0, nullptr, 0, KEY_SET_VALUE, nullptr,
+                      key.Out(), nullptr) != ERROR_SUCCESS)
     return;
   for (const auto& [name, value] : values)
-    RegSetValueExW(key, name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()),
+    RegSetValueExW(key.Get(), name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()),
                    static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
-  RegCloseKey(key);
 }
 
 Values ReadSettings() {
   Values values;
-  HKEY key = nullptr;
-  if (RegOpenKeyExW(HKEY_CURRENT_USER, kSettingsKey, 0, KEY_READ, &key) != ERROR_SUCCESS)
+  mq::win32::UniqueRegKey key;
+  if (RegOpenKeyExW(HKEY_CURRENT_USER, kSettingsKey, 0, KEY_READ, key.Out()) != ERROR_SUCCESS)
     return values;
   for (DWORD i = 0;; ++i) {
     wchar_t name[256];
     DWORD nameLen = 256, type = 0, bytes = 0;
-    if (RegEnumValueW(key, i, name, &nameLen, nullptr, &type, nullptr, &bytes) != ERROR_SUCCESS)
+    if (RegEnumValueW(key.Get(), i, name, &nameLen, nullptr, &type, nullptr, &bytes) != ERROR_SUCCESS)
       break;
     std::wstring data(bytes / sizeof(wchar_t) + 1, L'\0');
     DWORD size = static_cast<DWORD>(data.size() * sizeof(wchar_t));
     nameLen = 256;
-    RegEnumValueW(key, i, name, &nameLen, nullptr, &type, reinterpret_cast<BYTE*>(data.data()),
+    RegEnumValueW(key.Get(), i, name, &nameLen, nullptr, &type, reinterpret_cast<BYTE*>(data.data()),
                   &size);
     data.resize(size / sizeof(wchar_t));
     while (!data.empty() && data.back() == L'\0') data.pop_back();
     values[name] = data;
   }
-  RegCloseKey(key);
   return values;
 }
 
@@ -88,9 +86,8 @@ bool RunningUnderWine() {
 Marquill::~Marquill() {
   if (Running()) {
     Close(5s);
-    if (Running()) TerminateProcess(process_, 1);
+    if (Running()) TerminateProcess(process_.Get(), 1);
   }
-  if (process_) CloseHandle(process_);
 }
 
 bool Marquill::Start(const std::wstring& exe) {
@@ -103,38 +100,36 @@ bool Marquill::Start(const std::wstring& exe) {
                       folder.c_str(), &si, &pi))
     return false;
   CloseHandle(pi.hThread);
-  process_ = pi.hProcess;
+  process_.Reset(pi.hProcess);
   pid_ = pi.dwProcessId;
   return true;
 }
 
 bool Marquill::WaitReady(Duration timeout) {
   std::wstring name = L"Local\\Olvenar.Marquill.Ready." + std::to_wstring(pid_);
-  HANDLE event = nullptr;
+  mq::win32::UniqueKernelObject event;
   bool found = WaitFor(
       [&] {
-        event = OpenEventW(SYNCHRONIZE, FALSE, name.c_str());
-        return event != nullptr || !Running();
+        event.Reset(OpenEventW(SYNCHRONIZE, FALSE, name.c_str()));
+        return event || !Running();
       },
       timeout);
   if (!found || !event) return false;
-  bool ready = WaitForSingleObject(event, 1000) == WAIT_OBJECT_0;
-  CloseHandle(event);
-  return ready;
+  return WaitForSingleObject(event.Get(), 1000) == WAIT_OBJECT_0;
 }
 
 bool Marquill::Running() const {
-  return process_ && WaitForSingleObject(process_, 0) == WAIT_TIMEOUT;
+  return process_ && WaitForSingleObject(process_.Get(), 0) == WAIT_TIMEOUT;
 }
 
 bool Marquill::WaitExit(Duration timeout) {
-  return process_ &&
-         WaitForSingleObject(process_, static_cast<DWORD>(timeout.count())) == WAIT_OBJECT_0;
+  return process_ && WaitForSingleObject(process_.Get(), static_cast<DWORD>(timeout.count())) ==
+                         WAIT_OBJECT_0;
 }
 
 DWORD Marquill::ExitCode() const {
   DWORD code = STILL_ACTIVE;
-  if (process_) GetExitCodeProcess(process_, &code);
+  if (process_) GetExitCodeProcess(process_.Get(), &code);
   return code;
 }
 

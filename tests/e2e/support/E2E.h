@@ -12,6 +12,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/win32/Handles.h"
+
 namespace e2e {
 
 using namespace std::chrono_literals;
@@ -58,7 +60,7 @@ class Marquill {
   void TrayClick(UINT mouseMessage) const;
 
  private:
-  HANDLE process_ = nullptr;
+  mq::win32::UniqueKernelObject process_;
   DWORD pid_ = 0;
 };
 
