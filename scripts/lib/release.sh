@@ -68,7 +68,7 @@ build_installer() {
   local version dist=$ROOT/build/dist win=$ROOT/build/windows
   version=$(project_version)
   mkdir -p "$dist"
-  makensis -V2 -INPUTCHARSET UTF8 -DVERSION="$version" -DBUILD_DIR="$win" -DROOT="$ROOT" \
+  makensis -V2 -WX -INPUTCHARSET UTF8 -DVERSION="$version" -DBUILD_DIR="$win" -DROOT="$ROOT" \
     -DOUT_FILE="$dist/marquill-setup-$version.exe" "$ROOT/installer/marquill.nsi" >&2
   say "Installer: $dist/marquill-setup-$version.exe ($(stat -c %s "$dist/marquill-setup-$version.exe") bytes)"
 }
