@@ -1,0 +1,223 @@
+// The per-user installer in build/dist/ (scripts/test builds it before these tests): a silent
+// installation, the installed program, and a silent removal while that program runs.
+#include <shlobj.h>
+#include <shobjidl.h>
+
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "Fixture.h"
+
+using namespace e2e;
+namespace fs = std::filesystem;
+
+namespace {
+
+const wchar_t kUninstallKey[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Marquill";
+const wchar_t kRunKey[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
+
+std::wstring KnownFolder(REFKNOWNFOLDERID id) {
+  PWSTR path = nullptr;
+  std::wstring result;
+  if (SUCCEEDED(SHGetKnownFolderPath(id, 0, nullptr, &path))) result = path;
+  CoTaskMemFree(path);
+  return result;
+}
+
+fs::path Installer() {
+  fs::path dist = fs::path(ProgramFolder()).parent_path() / L"dist";
+  std::error_code error;
+  for (const auto& entry : fs::directory_iterator(dist, error)) {
+    std::wstring name = entry.path().filename().wstring();
+    if (name.rfind(L"marquill-setup-", 0) == 0 && entry.path().extension() == L".exe")
+      return entry.path();
+  }
+  return {};
+}
+
+std::optional<std::wstring> RegString(const wchar_t* key, const wchar_t* value) {
+  wchar_t data[1024];
+  DWORD size = sizeof(data);
+  if (RegGetValueW(HKEY_CURRENT_USER, key, value, RRF_RT_REG_SZ, nullptr, data, &size) !=
+      ERROR_SUCCESS)
+    return std::nullopt;
+  return std::wstring(data);
+}
+
+bool KeyExists(const wchar_t* key) {
+  HKEY handle = nullptr;
+  if (RegOpenKeyExW(HKEY_CURRENT_USER, key, 0, KEY_READ, &handle) != ERROR_SUCCESS) return false;
+  RegCloseKey(handle);
+  return true;
+}
+
+// Runs a command line and returns its process handle (the caller closes it).
+HANDLE Launch(std::wstring command) {
+  STARTUPINFOW si{};
+  si.cb = sizeof(si);
+  PROCESS_INFORMATION pi{};
+  if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si,
+                      &pi))
+    return nullptr;
+  CloseHandle(pi.hThread);
+  return pi.hProcess;
+}
+
+std::string Bytes(const fs::path& file) {
+  std::ifstream in(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+// The product version in marquill.exe's version resource ("2.0.0").
+std::wstring ProductVersion(const std::wstring& exe) {
+  DWORD size = GetFileVersionInfoSizeW(exe.c_str(), nullptr);
+  std::vector<BYTE> data(size);
+  if (!size || !GetFileVersionInfoW(exe.c_str(), 0, size, data.data())) return {};
+  wchar_t* text = nullptr;
+  UINT length = 0;
+  if (!VerQueryValueW(data.data(), L"\\StringFileInfo\\040904B0\\ProductVersion",
+                      reinterpret_cast<void**>(&text), &length))
+    return {};
+  return std::wstring(text, length ? length - 1 : 0);
+}
+
+std::wstring ShortcutTarget(const fs::path& link) {
+  std::wstring target;
+  CoInitialize(nullptr);
+  IShellLinkW* shell = nullptr;
+  if (SUCCEEDED(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER,
+                                 IID_PPV_ARGS(&shell)))) {
+    IPersistFile* file = nullptr;
+    if (SUCCEEDED(shell->QueryInterface(IID_PPV_ARGS(&file)))) {
+      wchar_t path[MAX_PATH] = {};
+      if (SUCCEEDED(file->Load(link.c_str(), STGM_READ)) &&
+          SUCCEEDED(shell->GetPath(path, MAX_PATH, nullptr, SLGP_RAWPATH)))
+        target = path;
+      file->Release();
+    }
+    shell->Release();
+  }
+  CoUninitialize();
+  return target;
+}
+
+double Seconds(std::chrono::steady_clock::duration d) {
+  return std::chrono::duration<double>(d).count();
+}
+
+class Installation : public EndToEnd {
+ protected:
+  void SetUp() override {
+    EndToEnd::SetUp();
+    if (IsSkipped()) return;
+    folder = fs::path(KnownFolder(FOLDERID_LocalAppData)) / L"Programs" / L"Marquill";
+    folderWithSpace = fs::path(KnownFolder(FOLDERID_LocalAppData)) / L"Programs" / L"Marquill Copy";
+    shortcut = fs::path(KnownFolder(FOLDERID_Programs)) / L"Marquill.lnk";
+    RemoveLeftovers();
+  }
+  void TearDown() override { RemoveLeftovers(); }
+  // What an earlier, failed run may have left behind.
+  void RemoveLeftovers() {
+    if (HWND main = FindTopWindow(L"Marquill", L"MarquillMain")) PostMessageW(main, WM_CLOSE, 0, 0);
+    WaitFor([] { return !FindTopWindow(L"Marquill", L"MarquillMain"); }, 10s);
+    std::error_code error;
+    fs::remove_all(folder, error);
+    fs::remove_all(folderWithSpace, error);
+    fs::remove(shortcut, error);
+    RegDeleteTreeW(HKEY_CURRENT_USER, kUninstallKey);
+    RegDeleteKeyValueW(HKEY_CURRENT_USER, kRunKey, L"marquill");
+  }
+  void InstallRunRemove(const std::wstring& options);
+  bool Gone() const {
+    return !fs::exists(folder) && !fs::exists(shortcut) && !KeyExists(kUninstallKey) &&
+           !RegString(kRunKey, L"marquill");
+  }
+
+  fs::path folder, folderWithSpace, shortcut;
+};
+
+// Installs silently (into `folder`; `options` may choose another), checks the installation,
+// starts the installed program and removes everything silently while it runs.
+void Installation::InstallRunRemove(const std::wstring& options) {
+  const fs::path setup = Installer();
+  ASSERT_FALSE(setup.empty()) << "no build/dist/marquill-setup-*.exe: run scripts/package";
+  // A setting of the user's, which a silent removal keeps.
+  WriteSettings({{L"Set_RC_Op", L"2"}});
+
+  // Silent installation, with "Start Marquill when Windows starts" chosen.
+  auto start = std::chrono::steady_clock::now();
+  HANDLE installer = Launch(L"\"" + setup.wstring() + L"\" /S /AUTORUN" + options);
+  ASSERT_NE(installer, nullptr) << "cannot start " << setup.string() << ", error " << GetLastError();
+  ASSERT_EQ(WaitForSingleObject(installer, 180000), WAIT_OBJECT_0);
+  DWORD code = 1;
+  GetExitCodeProcess(installer, &code);
+  CloseHandle(installer);
+  ASSERT_EQ(code, 0u);
+  const double installSeconds = Seconds(std::chrono::steady_clock::now() - start);
+
+  // The files, each as built.
+  const fs::path built = ProgramFolder();
+  for (const wchar_t* name : {L"marquill.exe", L"mq2_help.chm", L"mqlist.exe"}) {
+    ASSERT_TRUE(fs::exists(folder / name)) << fs::path(name).string();
+    EXPECT_EQ(Bytes(folder / name), Bytes(built / name)) << fs::path(name).string();
+  }
+  EXPECT_TRUE(fs::exists(folder / L"uninstall.exe"));
+  EXPECT_TRUE(fs::exists(folder / L"LICENSE.txt"));
+
+  // The Start menu shortcut starts the installed program.
+  const std::wstring exe = (folder / L"marquill.exe").wstring();
+  ASSERT_TRUE(fs::exists(shortcut));
+  EXPECT_EQ(lstrcmpiW(ShortcutTarget(shortcut).c_str(), exe.c_str()), 0) << "shortcut target";
+
+  // "Apps and features": the current user's uninstall entry, with the program's own version.
+  EXPECT_EQ(RegString(kUninstallKey, L"DisplayName"), L"Marquill");
+  const std::wstring version = ProductVersion(exe);
+  EXPECT_FALSE(version.empty());
+  EXPECT_EQ(RegString(kUninstallKey, L"DisplayVersion"), version);
+  EXPECT_EQ(RegString(kUninstallKey, L"UninstallString"),
+            L"\"" + (folder / L"uninstall.exe").wstring() + L"\"");
+
+  // The program's own launch-at-log-on value: named after the executable, the full path in
+  // double quotes when it holds a space.
+  const std::wstring runData = exe.find(L' ') == std::wstring::npos ? exe : L"\"" + exe + L"\"";
+  EXPECT_EQ(RegString(kRunKey, L"marquill"), runData);
+
+  // The installed program runs and has its hidden main window.
+  Marquill app;
+  ASSERT_TRUE(app.Start(exe));
+  ASSERT_TRUE(app.WaitReady());
+  EXPECT_NE(app.MainWindow(), nullptr);
+
+  // Silent removal while it runs: it is closed first and ends in order.
+  start = std::chrono::steady_clock::now();
+  HANDLE uninstaller = Launch(L"\"" + (folder / L"uninstall.exe").wstring() + L"\" /S");
+  ASSERT_NE(uninstaller, nullptr);
+  CloseHandle(uninstaller);  // it hands over to a copy of itself outside the folder
+  EXPECT_TRUE(app.WaitExit(60s)) << "Marquill was not closed";
+  EXPECT_EQ(app.ExitCode(), 0u) << "Marquill did not end in order";
+  EXPECT_TRUE(WaitFor([&] { return Gone(); }, 120s, 100ms));
+  const double uninstallSeconds = Seconds(std::chrono::steady_clock::now() - start);
+
+  EXPECT_FALSE(fs::exists(folder)) << "files are left";
+  EXPECT_FALSE(fs::exists(shortcut)) << "the Start menu shortcut is left";
+  EXPECT_FALSE(RegString(kRunKey, L"marquill")) << "the Run value is left";
+  EXPECT_FALSE(KeyExists(kUninstallKey)) << "the uninstall entry is left";
+  EXPECT_EQ(ReadSetting(L"Set_RC_Op"), L"2") << "a silent removal keeps the settings";
+
+  std::printf("figure: install %.1f s, uninstall %.1f s\n", installSeconds,
+              uninstallSeconds);
+}
+
+TEST_F(Installation, SilentInstallThenSilentRemovalWhileMarquillRuns) { InstallRunRemove(L""); }
+
+// A folder with a space: the Run value's path is quoted, and the removal still finds it.
+TEST_F(Installation, IntoAFolderWithASpace) {
+  folder = folderWithSpace;
+  // /D= comes last and is not quoted, even with spaces.
+  InstallRunRemove(L" /D=" + folder.wstring());
+}
+
+}  // namespace
