@@ -18,6 +18,7 @@
 #include "platform/win32/Win32Ports.h"
 #include "hotkeys/VBHotKey.h"
 #include "hotkeys/win32/Win32HotkeySystem.h"
+#include "clipboard/win32/RichEditBox.h"
 #include "listwindow/win32/ListWindow.h"
 
 using namespace mq;
@@ -108,7 +109,8 @@ int wmain() {
   win32::LocaleCaseMapper cases;
   QuietBoxes boxes;
   StampingKeys keys;
-  ClipOperations ops({store, clipboard, window.rtbFormat(), clock, cases, boxes, keys});
+  win32::RichEditBox rtbFormat;
+  ClipOperations ops({store, clipboard, rtbFormat, clock, cases, boxes, keys});
   UINT rtfFormat = win32::Win32Clipboard::RichTextFormat();
 
   struct Case {

@@ -8,7 +8,7 @@
 #include "app/frmMain.h"
 #include "app/win32/FlashWindow.h"
 #include "app/win32/MainWindow.h"
-#include "clipboard/win32/VBFormCopyPasteControl.h"
+#include "clipboard/win32/RichEditBox.h"
 #include "clipboard/win32/Win32Clipboard.h"
 #include "platform/win32/Win32Ports.h"
 #include "hotkeys/win32/Win32HotkeySystem.h"
@@ -54,87 +54,58 @@ Text ProgramFolder() {
   return FromW(path.substr(0, path.find_last_of(L'\\')));
 }
 
-// Tells anyone waiting (the start-up measurement, the end-to-end tests) that start-up is done
-// and the message loop runs: the event is created set.
-UniqueKernelObject SignalReady() {
-  std::wstring name = L"Local\\Olvenar.Marquill.Ready." + std::to_wstring(GetCurrentProcessId());
-  return UniqueKernelObject(CreateEventW(nullptr, TRUE, TRUE, name.c_str()));
+// Tab, Enter, Esc and the "&" accelerators of the program's dialog-like windows.
+bool IsDialogKey(const MainWindow& window, MSG& msg) {
+  for (HWND dialog : {window.AboutHandle(), window.SettingsHandle()})
+    if (dialog && IsDialogMessageW(dialog, &msg)) return true;
+  return false;
 }
 }  // namespace
-
-struct App::Parts {
-  Parts()
-      : hotkeys(hotkeyControls),
-        listWindow(list, IsXpClass(os)),
-        clip({store, clipboard, *rtb(), clock, cases, window, keys}),
-        services{settings, window, window, window, flash, files, hotkeys, hotkeyControls,
-                 clip,     list,   os,     ProgramFolder()},
-        main(services) {}
-
-  RichEditBox* rtb() {
-    listWindow.CreateHidden();
-    return &listWindow.rtbFormat();
-  }
-
-  RegistrySettings registry;
-  Settings settings{registry};
-  OsVersion os = ReadOsVersion();
-  MainWindow window;
-  FlashWindow flash;
-  Win32FileSystem files;
-  HotkeyControls hotkeyControls;
-  Win32HotkeySystem hotkeys;
-  frmList list{settings};
-  ListWindow listWindow;
-  ClipStore store{list.lstClip};
-  Win32Clipboard clipboard;
-  Win32TickClock clock;
-  LocaleCaseMapper cases;
-  SendInputKeySender keys;
-  ClipOperations clip;
-  MainServices services;
-  frmMain main;
-  SettingsWindow settingsWindow{settings, main, IsXpClass(os)};
-  cMenuItems menus{GetModuleHandleW(nullptr)};
-  std::unique_ptr<VBFormCopyPasteControl> cpFlag;
-  // Open for the run, so that a waiter that comes late still finds it set.
-  UniqueKernelObject ready;
-};
 
 App::App() = default;
 App::~App() = default;
 
 int App::Run() {
-  // The clip list window comes first (the capture needs its rich-text box), then the main
-  // form's window, then the form's logic, which expects its controls to exist.
-  parts_ = std::make_unique<Parts>();
-  Parts& p = *parts_;
-  if (!p.window.CreateHidden()) return 1;
-  p.list.SetView(&p.listWindow);
-  p.window.Connect(&p.main, &p.listWindow, &p.flash, &p.menus);
-  p.window.SetSettingsWindow(&p.settingsWindow);
-  p.window.onAttachMonitor = [&p] {
-    // A child of the main window: it leaves the viewer chain when frmMain's window goes.
-    p.cpFlag = std::make_unique<VBFormCopyPasteControl>(p.window.hwnd());
-    p.cpFlag->ClipboardChanged = [&p] { p.main.cpFlag_ClipboardChanged(); };
-    p.cpFlag->Attach();
-  };
-  p.window.onReady = [&p] { p.ready = SignalReady(); };
+  // The system, as the program's logic reaches it.
+  RegistrySettings registry;
+  Settings settings{registry};
+  const OsVersion os = ReadOsVersion();
+  Win32FileSystem files;
+  Win32Clipboard clipboard;
+  Win32TickClock clock;
+  LocaleCaseMapper cases;
+  SendInputKeySender keys;
+  HotkeyControls hotkeyControls;
+  Win32HotkeySystem hotkeys{hotkeyControls};
 
-  if (!p.main.Form_Load()) return 0;
-  PostMessageW(p.window.hwnd(), MainWindow::kReadyMessage, 0, 0);
+  // The queue (the clip list window's list and the slots behind it) and the capture, with
+  // the never-shown rich-text box in a window of its own.
+  frmList list{settings};
+  ClipStore store{list.lstClip};
+  RichEditBox rtbFormat;
+  MainWindow window;  // frmMain's window; it also shows the message boxes
+  ClipOperations clip({store, clipboard, rtbFormat, clock, cases, window, keys});
 
+  // The main form's logic and the windows it drives.
+  FlashWindow flash;
+  MainServices services{settings, window, window, window, flash, files, hotkeys, hotkeyControls,
+                        clip,     list,   os,     ProgramFolder()};
+  frmMain main(services);
+  ListWindow listWindow(list, IsXpClass(os));
+  if (!listWindow.CreateHidden()) return 1;
+  list.SetView(&listWindow);
+  SettingsWindow settingsWindow{settings, main, IsXpClass(os)};
+  cMenuItems menus{GetModuleHandleW(nullptr)};
+  if (!window.CreateHidden({main, listWindow, flash, menus, settingsWindow})) return 1;
+
+  if (!main.Form_Load()) return 0;
+  window.AnnounceReadyWhenLooping();
   MSG msg;
   while (GetMessageW(&msg, nullptr, 0, 0) > 0) {
-    HWND about = p.window.AboutHandle();
-    if (about && IsDialogMessageW(about, &msg)) continue;
-    // Tab, Enter, Esc and the "&" accelerators of the settings dialog.
-    HWND settings = p.window.SettingsHandle();
-    if (settings && IsDialogMessageW(settings, &msg)) continue;
+    if (IsDialogKey(window, msg)) continue;
     TranslateMessage(&msg);
     DispatchMessageW(&msg);
   }
-  p.cpFlag.reset();
   return 0;
 }
 

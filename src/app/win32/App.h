@@ -2,8 +2,6 @@
 // and runs the message loop.
 #pragma once
 
-#include <memory>
-
 namespace mq::win32 {
 
 class App {
@@ -13,12 +11,9 @@ class App {
   App(const App&) = delete;
   App& operator=(const App&) = delete;
 
-  // Start-up, message loop, shut-down; returns the exit code.
+  // Creates every part in order, runs start-up, the message loop and shut-down; returns the
+  // exit code.
   int Run();
-
- private:
-  struct Parts;
-  std::unique_ptr<Parts> parts_;
 };
 
 }  // namespace mq::win32

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "app/frmMain.h"
+#include "clipboard/win32/VBFormCopyPasteControl.h"
 #include "listwindow/win32/ListWindow.h"
 #include "platform/win32/Strings.h"
 #include "settings/win32/SettingsWindow.h"
@@ -29,10 +30,14 @@ MainWindow::MainWindow() = default;
 
 MainWindow::~MainWindow() {
   if (trayShown_) Delete();
+  // The form and the windows it links to may be gone by now: the last messages get the
+  // default handling.
+  links_.reset();
   Destroy();
 }
 
-bool MainWindow::CreateHidden() {
+bool MainWindow::CreateHidden(const Links& links) {
+  links_.emplace(links);
   RegisterClassOnce(kClassName);
   // A top-level window (never shown), so the shell's "TaskbarCreated" broadcast reaches it.
   if (!Create(kClassName, L"Marquill", WS_POPUP, WS_EX_TOOLWINDOW, 0, 0, 0, 0)) return false;
@@ -50,22 +55,26 @@ bool MainWindow::AnotherInstanceRunning() {
 }
 
 void MainWindow::AttachClipboardMonitor() {
-  if (onAttachMonitor) onAttachMonitor();
+  if (cpFlag_) return;
+  cpFlag_ = std::make_unique<VBFormCopyPasteControl>(hwnd());
+  frmMain& main = links_->main;
+  cpFlag_->ClipboardChanged = [&main] { main.cpFlag_ClipboardChanged(); };
+  cpFlag_->Attach();
 }
+
+void MainWindow::AnnounceReadyWhenLooping() { PostMessageW(hwnd(), kReadyMessage, 0, 0); }
 
 void MainWindow::PopupMenu() {
-  if (!main_ || !menus_) return;
   POINT at{};
   GetCursorPos(&at);
-  int command = menus_->TrackPopup(hwnd(), main_->mnuPopUp(), main_->menuStyle(), at);
-  if (command) main_->RunMenuCommand(command);
+  frmMain& main = links_->main;
+  int command = links_->menus.TrackPopup(hwnd(), main.mnuPopUp(), main.menuStyle(), at);
+  if (command) main.RunMenuCommand(command);
 }
 
-void MainWindow::ShowSettings() {
-  if (settings_) settings_->Open();
-}
+void MainWindow::ShowSettings() { links_->settings.Open(); }
 
-HWND MainWindow::SettingsHandle() const { return settings_ ? settings_->hwnd() : nullptr; }
+HWND MainWindow::SettingsHandle() const { return links_ ? links_->settings.hwnd() : nullptr; }
 
 bool MainWindow::OpenHelp(TextView path, TextView topic, Text& error) {
   if (!htmlHelp_) htmlHelp_.Reset(LoadLibraryW(L"hhctrl.ocx"));
@@ -93,9 +102,9 @@ void MainWindow::CloseHelp() {
 
 void MainWindow::UnloadWindows() {
   about_.Unload();
-  if (flash_) flash_->Unload();
-  if (list_) list_->Destroy();
-  if (settings_) settings_->Unload();
+  links_->flash.Unload();
+  links_->list.Destroy();
+  links_->settings.Unload();
 }
 
 void MainWindow::Quit() { Destroy(); }
@@ -162,13 +171,13 @@ MsgResult MainWindow::Show(TextView text, TextView title, MsgIcon icon, MsgButto
 }
 
 LRESULT MainWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-  if (menus_) {
-    LRESULT handled = 0;
-    if (menus_->HandleMenuMessage(hwnd(), message, wParam, lParam, handled)) return handled;
-  }
+  if (!links_) return Default(message, wParam, lParam);
+  frmMain& main = links_->main;
+  LRESULT handled = 0;
+  if (links_->menus.HandleMenuMessage(hwnd(), message, wParam, lParam, handled)) return handled;
   if (message == frmMain::kTrayCallbackMessage) {
     // The icon's notifications carry the mouse message that happened on it.
-    if (main_) main_->OnTrayNotify(static_cast<uint32_t>(LOWORD(lParam)));
+    main.OnTrayNotify(static_cast<uint32_t>(LOWORD(lParam)));
     return 0;
   }
   if (message == taskbarCreated_ && taskbarCreated_ != 0) {
@@ -177,18 +186,22 @@ LRESULT MainWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     return 0;
   }
   switch (message) {
-    case kReadyMessage:
-      if (onReady) onReady();
+    case kReadyMessage: {
+      // The event is created set: start-up is done and the message loop runs.
+      std::wstring name =
+          L"Local\\Olvenar.Marquill.Ready." + std::to_wstring(GetCurrentProcessId());
+      ready_.Reset(CreateEventW(nullptr, TRUE, TRUE, name.c_str()));
       return 0;
+    }
     case WM_QUERYENDSESSION:
       return TRUE;
     case WM_ENDSESSION:
       // The session ending counts as the program's own exit.
-      if (wParam && main_ && !main_->Unloaded()) main_->mnuExit_Click();
+      if (wParam && !main.Unloaded()) main.mnuExit_Click();
       return 0;
     case WM_CLOSE:
-      if (main_ && !main_->Unloaded()) {
-        main_->mnuExit_Click();
+      if (!main.Unloaded()) {
+        main.mnuExit_Click();
       } else {
         Destroy();
       }

@@ -2,7 +2,8 @@
 // draws the owner-drawn tray menu, and implements the main form's view of the other windows.
 #pragma once
 
-#include <functional>
+#include <memory>
+#include <optional>
 
 #include "app/MainServices.h"
 #include "app/win32/AboutWindow.h"
@@ -17,25 +18,26 @@ namespace mq::win32 {
 
 class ListWindow;
 class SettingsWindow;
+class VBFormCopyPasteControl;
 class cMenuItems;
 
 class MainWindow final : public Window, public MainView, public TrayIcon, public MessageBoxes {
  public:
+  // What the window hands its messages to and the windows it shows and unloads. They all
+  // exist before the window does and outlive it.
+  struct Links {
+    frmMain& main;
+    ListWindow& list;
+    FlashView& flash;
+    cMenuItems& menus;
+    SettingsWindow& settings;
+  };
+
   MainWindow();
   ~MainWindow() override;
-  bool CreateHidden();
-
-  void Connect(frmMain* main, ListWindow* list, FlashView* flash, cMenuItems* menus) {
-    main_ = main;
-    list_ = list;
-    flash_ = flash;
-    menus_ = menus;
-  }
-  void SetSettingsWindow(SettingsWindow* settings) { settings_ = settings; }
-  // Run when the clipboard monitor should join the viewer chain.
-  std::function<void()> onAttachMonitor;
-  // Run when the message loop is running and start-up has finished.
-  std::function<void()> onReady;
+  bool CreateHidden(const Links& links);
+  // Once the message loop runs, tells whoever waits that start-up is done.
+  void AnnounceReadyWhenLooping();
 
   // MainView
   bool AnotherInstanceRunning() override;
@@ -59,19 +61,18 @@ class MainWindow final : public Window, public MainView, public TrayIcon, public
 
   HWND AboutHandle() const { return about_.hwnd(); }
   HWND SettingsHandle() const;
-  // Posted to itself when the message loop starts.
-  static constexpr UINT kReadyMessage = WM_APP + 1;
 
  private:
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
   bool Notify(DWORD action, int icon, TextView tip);
 
-  frmMain* main_ = nullptr;
-  ListWindow* list_ = nullptr;
-  FlashView* flash_ = nullptr;
-  cMenuItems* menus_ = nullptr;
-  SettingsWindow* settings_ = nullptr;
+  static constexpr UINT kReadyMessage = WM_APP + 1;
+
+  std::optional<Links> links_;  // set for the whole life of the window
   AboutWindow about_;
+  // cpFlag: a child of this window, so it leaves the viewer chain when frmMain's window goes.
+  std::unique_ptr<VBFormCopyPasteControl> cpFlag_;
+  UniqueKernelObject ready_;  // open for the run, so a waiter that comes late finds it set
   UniqueKernelObject instanceMutex_;
   UniqueModule htmlHelp_;
   UINT taskbarCreated_ = 0;

@@ -16,8 +16,8 @@ namespace mq::win32 {
 
 class RichEditBox final : public RichTextBox {
  public:
-  // A hidden child of parent (the clip list window owns rtbFormat), or a message-only
-  // window of its own when parent is null.
+  // A hidden child of parent, or in a message-only window of its own when parent is null
+  // (rtbFormat is never shown, so it needs no window to live in).
   explicit RichEditBox(HWND parent = nullptr);
 
   bool IsReady() const { return static_cast<bool>(box_); }

@@ -17,7 +17,6 @@ ListWindow::ListWindow(frmList& model, bool layeredWindows)
 
 ListWindow::~ListWindow() {
   model_.lstClip.SetObserver(nullptr);
-  rtbFormat_.reset();
   Destroy();
 }
 
@@ -43,7 +42,6 @@ bool ListWindow::CreateHidden() {
   // The marker column ("+") stays narrow; every row's text starts at the same place.
   int tabs[2] = {0, 10};
   SendMessageW(list_, LB_SETTABSTOPS, 2, reinterpret_cast<LPARAM>(tabs));
-  rtbFormat_ = std::make_unique<RichEditBox>(hwnd());
   fader_.Attach(hwnd(), layered_);
   UpdateFont();
   Layout();

@@ -1,10 +1,9 @@
 // The clip list window ("Clip List"): a borderless window whose list box lstClip shows the
-// queue, with the hidden rich-text box rtbFormat and the fader.
+// queue, and the fader.
 #pragma once
 
 #include <memory>
 
-#include "clipboard/win32/RichEditBox.h"
 #include "listwindow/frmList.h"
 #include "listwindow/win32/Fader.h"
 #include "platform/win32/Gdi.h"
@@ -19,7 +18,6 @@ class ListWindow final : public Window, public ListWindowView, public ListObserv
   ~ListWindow() override;
 
   bool CreateHidden();
-  RichEditBox& rtbFormat() { return *rtbFormat_; }
   HWND lstClip() const { return list_; }
 
   // ListWindowView
@@ -47,7 +45,6 @@ class ListWindow final : public Window, public ListWindowView, public ListObserv
   HWND list_ = nullptr;
   UniqueFont font_;
   UINT dpi_ = 96;
-  std::unique_ptr<RichEditBox> rtbFormat_;
   Fader fader_;
 };
 
