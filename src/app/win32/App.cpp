@@ -108,6 +108,10 @@ int App::Run() {
   Parts& p = *parts_;
   if (!p.window.CreateHidden()) return 1;
   p.list.SetView(&p.listWindow);
+  p.list.Connect({p.store, p.listWindow.rtbFormat(), p.cases, p.window});
+  p.listWindow.onEscape = [&p] {
+    if (p.list.Visible()) p.main.mnuList_Click();
+  };
   p.window.Connect(&p.main, &p.listWindow, &p.flash, &p.menus);
   p.window.onAttachMonitor = [&p] {
     // A child of the main window: it leaves the viewer chain when frmMain's window goes.
@@ -124,6 +128,9 @@ int App::Run() {
   while (GetMessageW(&msg, nullptr, 0, 0) > 0) {
     HWND about = p.window.AboutHandle();
     if (about && IsDialogMessageW(about, &msg)) continue;
+    // Tab, the "&" keys, Enter and Esc in the clip list window.
+    HWND list = p.listWindow.hwnd();
+    if (list && IsWindowVisible(list) && IsDialogMessageW(list, &msg)) continue;
     TranslateMessage(&msg);
     DispatchMessageW(&msg);
   }
