@@ -1,5 +1,6 @@
 // Drives a running marquill.exe's clip list window for screenshots and figures:
-//   list_poke copyrich TEXT  puts TEXT on the clipboard as rich text (bold, red) and plain text
+//   list_poke copyrich TEXT  puts TEXT on the clipboard as rich text (bold, red) and plain text;
+//                            TEXT "@N" is N characters of words
 //   list_poke click TEXT     presses the window's button whose text is TEXT
 //   list_poke select N       clicks row N of the list
 //   list_poke dblclick N     double-clicks row N (opens the viewer)
@@ -91,7 +92,17 @@ int wmain(int argc, wchar_t** argv) {
     return 1;
   }
   const wchar_t* verb = argv[1];
-  if (!wcscmp(verb, L"copyrich") && argc > 2) return CopyRich(argv[2]) ? 0 : 1;
+  if (!wcscmp(verb, L"copyrich") && argc > 2) {
+    // "@N": N characters of words, longer than a command line can carry.
+    std::wstring text = argv[2];
+    if (text[0] == L'@') {
+      size_t n = static_cast<size_t>(_wtoi(argv[2] + 1));
+      text.clear();
+      while (text.size() < n) text += L"lorem ipsum dolor ";
+      text.resize(n);
+    }
+    return CopyRich(text.c_str()) ? 0 : 1;
+  }
   if (!wcscmp(verb, L"click") && argc > 2) {
     HWND button = ChildWithText(window, argv[2]);
     if (!button) return 1;
