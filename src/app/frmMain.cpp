@@ -215,7 +215,7 @@ void frmMain::Form_Unload() {
   unloaded_ = true;
   s_.files.Delete(s_.programFolder + u"\\temp.tmp");
   s_.files.Delete(s_.programFolder + u"\\temp2.tmp");
-  s_.list.ProgramEnding();
+  s_.list.ProgramEnding(iconBase_ == 0 && !noFade_);
   TrayDelete();
   hkPaste_->StopHotkey();
   for (auto& hotkey : hkFunc_) hotkey->StopHotkey();

@@ -30,6 +30,22 @@ void ClipStore::DeleteRow(int row) {
   lstClip.RemoveItem(row);
 }
 
+int ClipStore::DuplicateRow(int row) {
+  if (row < 0 || row >= lstClip.ListCount()) return -1;
+  int slot = FindFreeSlot();
+  if (slot < 0) return -1;
+  slots_[slot] = slots_.at(lstClip.ItemData(row));
+  lstClip.AddItem(lstClip.List(row), slot, row + 1);
+  return slot;
+}
+
+void ClipStore::SetRowEntry(int row, ClipEntry entry, TextView displayText) {
+  if (row < 0 || row >= lstClip.ListCount() || entry.Empty()) return;
+  int16_t format = entry.format;
+  slots_.at(lstClip.ItemData(row)) = std::move(entry);
+  lstClip.SetList(row, RowText(format, displayText));
+}
+
 void ClipStore::ClearAll() {
   lstClip.Clear();
   slots_.fill(ClipEntry{});

@@ -57,6 +57,12 @@ class ClipStore {
   int Append(ClipEntry entry, TextView displayText);
   // Frees the row's slot and removes the row.
   void DeleteRow(int row);
+  // Copies the row's entry into the lowest free slot and inserts its row directly below,
+  // with the same row text; returns the new slot, or -1 when the store is full.
+  int DuplicateRow(int row);
+  // Puts a new entry in the row's slot and gives the row its text (the entry must not be
+  // empty: the slot stays occupied).
+  void SetRowEntry(int row, ClipEntry entry, TextView displayText);
   // Removes every row and frees every slot.
   void ClearAll();
   // Replaces the whole list with these entries in queue order, each with its row's display

@@ -265,6 +265,10 @@ Image Render(Art art, int size) {
   return Image{};
 }
 
+void DrawBlueClip(Canvas& canvas, Vec centre, double length, double tilt, int size) {
+  DrawClip(canvas, centre, length, tilt, kBlueClip, size, size >= 24, size < 24 ? 3 : 4);
+}
+
 Image Binarize(const Image& image) {
   Image out = image;
   for (size_t i = 3; i < out.rgba.size(); i += 4) out.rgba[i] = out.rgba[i] >= 128 ? 255 : 0;

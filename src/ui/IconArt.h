@@ -31,6 +31,9 @@ enum class Art {
 
 Image Render(Art art, int size);
 
+// The program's blue paperclip, tilted `tilt` degrees clockwise, for images drawn elsewhere.
+void DrawBlueClip(Canvas& canvas, Vec centre, double length, double tilt, int size);
+
 // Pre-XP systems draw icons with a mask only: every pixel is either opaque or not.
 Image Binarize(const Image& image);
 

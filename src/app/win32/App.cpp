@@ -55,8 +55,9 @@ Text ProgramFolder() {
 }
 
 // Tab, Enter, Esc and the "&" accelerators of the program's dialog-like windows.
-bool IsDialogKey(const MainWindow& window, MSG& msg) {
-  for (HWND dialog : {window.AboutHandle(), window.SettingsHandle()})
+bool IsDialogKey(const MainWindow& window, const ListWindow& list, MSG& msg) {
+  HWND clipList = IsWindowVisible(list.hwnd()) ? list.hwnd() : nullptr;
+  for (HWND dialog : {window.AboutHandle(), window.SettingsHandle(), clipList})
     if (dialog && IsDialogMessageW(dialog, &msg)) return true;
   return false;
 }
@@ -94,6 +95,10 @@ int App::Run() {
   ListWindow listWindow(list, IsXpClass(os));
   if (!listWindow.CreateHidden()) return 1;
   list.SetView(&listWindow);
+  list.Connect({store, rtbFormat, cases, window});
+  listWindow.onEscape = [&] {
+    if (list.Visible()) main.mnuList_Click();
+  };
   SettingsWindow settingsWindow{settings, main, IsXpClass(os)};
   cMenuItems menus{GetModuleHandleW(nullptr)};
   if (!window.CreateHidden({main, listWindow, flash, menus, settingsWindow})) return 1;
@@ -102,7 +107,7 @@ int App::Run() {
   window.AnnounceReadyWhenLooping();
   MSG msg;
   while (GetMessageW(&msg, nullptr, 0, 0) > 0) {
-    if (IsDialogKey(window, msg)) continue;
+    if (IsDialogKey(window, listWindow, msg)) continue;
     TranslateMessage(&msg);
     DispatchMessageW(&msg);
   }

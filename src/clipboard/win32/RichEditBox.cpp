@@ -62,6 +62,12 @@ bool LooksLikeRtf(std::string_view rtf) {
 
 }  // namespace
 
+const wchar_t* RichEditWindowClass() { return RichEditClass(); }
+
+bool StreamInto(HWND box, WPARAM format, const void* data, size_t size) {
+  return StreamIn(box, format, data, size);
+}
+
 RichEditBox::RichEditBox(HWND parent) : parent_(parent) { Renew(); }
 
 void RichEditBox::Renew() {

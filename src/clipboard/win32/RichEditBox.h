@@ -14,6 +14,11 @@
 
 namespace mq::win32 {
 
+// The rich edit control's window class (loading its library on first use), or null.
+const wchar_t* RichEditWindowClass();
+// Streams bytes into a rich edit control (SF_RTF, or SF_TEXT | SF_UNICODE for UTF-16).
+bool StreamInto(HWND box, WPARAM format, const void* data, size_t size);
+
 class RichEditBox final : public RichTextBox {
  public:
   // A hidden child of parent, or in a message-only window of its own when parent is null

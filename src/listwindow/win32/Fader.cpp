@@ -50,6 +50,19 @@ void Fader::FadeOut(bool fade) {
   SetTimer(window_, kTimerId, kStepMs, nullptr);
 }
 
+void Fader::FadeOutNow(bool fade) {
+  if (!window_) return;
+  KillTimer(window_, kTimerId);
+  direction_ = 0;
+  if (fade && layered_ && fadeOut_ > 0 && IsWindowVisible(window_)) {
+    for (int p = current_; p > 0; p -= fadeOut_ * kPercentPerSpeed) {
+      Apply(p);
+      Sleep(kStepMs);
+    }
+  }
+  ShowWindow(window_, SW_HIDE);
+}
+
 void Fader::OnTimer() {
   if (direction_ > 0) {
     int next = current_ + fadeIn_ * kPercentPerSpeed;

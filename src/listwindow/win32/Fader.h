@@ -23,6 +23,8 @@ class Fader {
   void FadeIn(bool fade);
   // Hides the window, falling to transparent first when fade is set.
   void FadeOut(bool fade);
+  // Fades out and hides before returning: the window is about to go.
+  void FadeOutNow(bool fade);
   // The window's WM_TIMER for kTimerId.
   void OnTimer();
   static constexpr UINT_PTR kTimerId = 0x4641;

@@ -1,4 +1,5 @@
 #include "ui/IconArt.h"
+#include "ui/ButtonArt.h"
 
 #include <gtest/gtest.h>
 
@@ -177,3 +178,27 @@ TEST(Raster, CoverageFollowsTheShapes) {
 
 }  // namespace
 }  // namespace mq::art
+
+TEST(ButtonArt, EveryButtonFitsItsSquareAndEachToggleShowsTwoStates) {
+  using mq::art::ButtonArt;
+  using mq::art::RenderButton;
+  const ButtonArt arts[] = {ButtonArt::ViewExpanded, ButtonArt::ViewCondensed,
+                            ButtonArt::PasteMoveToEnd, ButtonArt::PasteDelete,
+                            ButtonArt::PinLoose,     ButtonArt::PinIn,
+                            ButtonArt::Save,         ButtonArt::Load};
+  for (int size : {13, 17, 26, 34}) {
+    for (ButtonArt art : arts) {
+      mq::art::Image img = RenderButton(art, size);
+      ASSERT_EQ(img.width, size);
+      ASSERT_EQ(img.height, size);
+      int opaque = 0;
+      bool cornerClear = img.At(0, 0)[3] == 0 || img.At(size - 1, 0)[3] == 0;
+      for (size_t i = 3; i < img.rgba.size(); i += 4) opaque += img.rgba[i] > 128;
+      EXPECT_GT(opaque, size * size / 8) << "art " << static_cast<int>(art) << " at " << size;
+      EXPECT_TRUE(cornerClear) << "art " << static_cast<int>(art) << " at " << size;
+    }
+    for (int i = 0; i < 6; i += 2)
+      EXPECT_NE(RenderButton(arts[i], size).rgba, RenderButton(arts[i + 1], size).rgba)
+          << "toggle " << i / 2 << " at " << size;
+  }
+}

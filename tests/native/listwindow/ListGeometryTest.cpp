@@ -1,0 +1,162 @@
+// The clip list window's layouts in twips, the view switch, the resize handling, the saved
+// geometry, moving and resizing by the grab bands, and the viewer's placement.
+#include "ListHarness.h"
+
+namespace mq::test {
+namespace {
+
+TEST(ListGeometry, ViewSwitchArithmetic) {
+  ListLayout layout;
+  layout.Condense();
+  EXPECT_EQ(layout[Ctl::lstClip].rect, (Rect{45, 45, 1500, 1755}));
+  for (int i = 0; i < 5; ++i) {
+    EXPECT_EQ(layout[chkMenu(i)].rect, (Rect{1590, 45 + 360 * i, 315, 315})) << i;
+    EXPECT_TRUE(layout[chkMenu(i)].visible);
+  }
+  for (Ctl c : {cmdOp(0), cmdOp(3), cmdFile(0), cmdFile(1), Ctl::cmdNoSel, Ctl::cbOp})
+    EXPECT_FALSE(layout[c].visible);
+  EXPECT_EQ(layout.window.width, 1950);
+  EXPECT_EQ(layout.window.height, 1845);
+  EXPECT_EQ(layout.MinimumSize(), (Size{1950, 1845}));
+  EXPECT_EQ(layout.tabs, (std::array<int, 2>{0, 6}));
+  EXPECT_EQ(layout.GrabBandPixels(), 3);
+
+  layout.Expand();
+  const ListLayout design;
+  for (int i = 0; i < kControlCount; ++i) {
+    Ctl c = static_cast<Ctl>(i);
+    EXPECT_EQ(layout[c].visible, design[c].visible) << "control " << i;
+    if (!design[c].visible) continue;  // hidden ones keep where they were
+    EXPECT_EQ(layout[c].rect, design[c].rect) << "control " << i;
+  }
+  EXPECT_EQ(layout.window, design.window);
+  EXPECT_EQ(layout.tabs, (std::array<int, 2>{0, 10}));
+  EXPECT_EQ(layout.GrabBandPixels(), 5);
+  layout.SetTwipsPerPixel(7.5, 7.5);  // 192 DPI
+  EXPECT_DOUBLE_EQ(layout.GrabBandX(), 37.5);
+}
+
+TEST(ListGeometry, ResizeKeepsTheMinimumAndTheRightSideDistance) {
+  ListLayout layout;
+  layout.window.width += 600;
+  layout.window.height += 300;
+  layout.Resized(false);
+  EXPECT_EQ(layout[Ctl::lstClip].rect, (Rect{120, 120, 3015, 3315}));
+  EXPECT_EQ(layout[Ctl::cmdNoSel].rect.left, 3240);
+  EXPECT_EQ(layout[chkMenu(2)].rect.left, 3960);
+  EXPECT_EQ(layout[chkMenu(3)].rect.left, 3120) << "hidden controls move as well";
+  EXPECT_EQ(layout.window.width - layout[Ctl::cmdNoSel].rect.Right(), 120);
+
+  layout.window.width = 100;  // below the minimum: raised back
+  layout.window.height = 3000;
+  layout.Resized(false);
+  EXPECT_EQ(layout.window.width, 3735);
+  EXPECT_EQ(layout.window.height, 3255);
+  EXPECT_EQ(layout[Ctl::lstClip].rect, (Rect{120, 120, 2415, 3015}));
+
+  layout.window.width = 9000;  // minimized: nothing happens
+  layout.Resized(true);
+  EXPECT_EQ(layout[Ctl::lstClip].rect.width, 2415);
+
+  // The condensed view has its own minimum and margin.
+  ListLayout small;
+  small.Condense();
+  small.window.width = 1000;
+  small.window.height = 2845;
+  small.Resized(false);
+  EXPECT_EQ(small.window.width, 1950);
+  EXPECT_EQ(small[Ctl::lstClip].rect, (Rect{45, 45, 1500, 2755}));
+}
+
+TEST(ListGeometry, ViewSwitchSavesAndRestoresEachViewsGeometry) {
+  ListHarness h;
+  h.list.EnsureLoaded();
+  h.list.WindowResized({2000, 1000, 4000, 3500}, false);
+  h.list.chkMenu_Click(0);
+  EXPECT_EQ(h.port.Get(u"Cur_Lt_Lg"), "2000");
+  EXPECT_EQ(h.port.Get(u"Cur_Wd_Lg"), "4000");
+  EXPECT_EQ(h.port.Get(u"Cur_Hi_Lg"), "3500");
+  // Nothing saved for the condensed view yet: it stays where the window was.
+  EXPECT_EQ(h.list.layout.window, (Rect{2000, 1000, 1950, 1845}));
+  h.list.WindowMoved(100, 200);
+  h.list.chkMenu_Click(0);
+  EXPECT_EQ(h.port.Get(u"Cur_Lt_Sm"), "100");
+  EXPECT_EQ(h.list.layout.window, (Rect{2000, 1000, 4000, 3500}));
+  EXPECT_EQ(h.list.layout[Ctl::lstClip].rect, (Rect{120, 120, 2680, 3260}));
+  h.list.chkMenu_Click(0);
+  EXPECT_EQ(h.list.layout.window, (Rect{100, 200, 1950, 1845}));
+
+  // "Set_Sz" other than "1": the window keeps its place across a switch.
+  ListHarness keep;
+  keep.port.Set(u"Set_Sz", u"0");
+  keep.port.Set(u"Cur_Lt_Lg", u"5000");
+  keep.list.EnsureLoaded();
+  EXPECT_EQ(keep.list.layout.window, (Rect{0, 0, 3735, 3255})) << "the design position";
+  keep.list.WindowMoved(700, 800);
+  keep.list.chkMenu_Click(0);
+  keep.list.chkMenu_Click(0);
+  EXPECT_EQ(keep.list.layout.window, (Rect{700, 800, 3735, 3255}));
+}
+
+TEST(ListGeometry, RestoredValuesThatAreNotNumericCountAsZero) {
+  ListHarness h;
+  h.port.Set(u"Cur_Lt_Lg", u" 1500 ");
+  h.port.Set(u"Cur_Tp_Lg", u"-300");
+  h.port.Set(u"Cur_Wd_Lg", u"abc");
+  h.port.Set(u"Cur_Hi_Lg", u"4000.4");
+  h.list.EnsureLoaded();
+  EXPECT_EQ(h.list.layout.window, (Rect{1500, -300, 3735, 4000}))
+      << "width 0 is raised to the minimum";
+  EXPECT_EQ(h.list.layout[Ctl::lstClip].rect.height, 3760);
+}
+
+TEST(ListGeometry, GrabBandsCursorAndDrag) {
+  const Size window{200, 150};
+  EXPECT_EQ(HitTest(0, 0, window, 5, 5), Grab::TopLeft);
+  EXPECT_EQ(HitTest(199, 2, window, 5, 5), Grab::TopRight);
+  EXPECT_EQ(HitTest(3, 146, window, 5, 5), Grab::BottomLeft);
+  EXPECT_EQ(HitTest(195, 145, window, 5, 5), Grab::BottomRight);
+  EXPECT_EQ(HitTest(4, 70, window, 5, 5), Grab::Left);
+  EXPECT_EQ(HitTest(5, 70, window, 5, 5), Grab::None);
+  EXPECT_EQ(HitTest(195, 70, window, 5, 5), Grab::Right);
+  EXPECT_EQ(HitTest(100, 4, window, 5, 5), Grab::Top);
+  EXPECT_EQ(HitTest(100, 147, window, 3, 3), Grab::Bottom);
+  EXPECT_EQ(HitTest(100, 146, window, 3, 3), Grab::None);
+  EXPECT_EQ(HitTest(200, 70, window, 5, 5), Grab::None);
+
+  const Rect start{100, 100, 200, 150};
+  int x = 0, y = 0;
+  GrabPoint(Grab::BottomRight, start, x, y);
+  EXPECT_EQ(x, 300);
+  EXPECT_EQ(y, 250);
+  GrabPoint(Grab::Left, start, x, y);
+  EXPECT_EQ(x, 100);
+
+  const Size minimum{120, 100};
+  EXPECT_EQ(DragRect(Grab::Right, start, 400, 0, minimum), (Rect{100, 100, 300, 150}));
+  EXPECT_EQ(DragRect(Grab::Right, start, -500, 0, minimum), (Rect{100, 100, 120, 150}))
+      << "the right edge stops at the minimum width";
+  EXPECT_EQ(DragRect(Grab::Left, start, 50, 0, minimum), (Rect{50, 100, 250, 150}))
+      << "the right edge stays";
+  EXPECT_EQ(DragRect(Grab::Left, start, 290, 0, minimum), (Rect{180, 100, 120, 150}));
+  EXPECT_EQ(DragRect(Grab::TopLeft, start, 90, 80, minimum), (Rect{90, 80, 210, 170}));
+  EXPECT_EQ(DragRect(Grab::Bottom, start, 999, 120, minimum), (Rect{100, 100, 200, 100}));
+}
+
+TEST(ListGeometry, ViewerOpensBesideTheListInsideTheWorkArea) {
+  const Rect work{0, 0, 1920, 1040};
+  const Size viewer{305, 313};
+  // A list at the left of the screen: the viewer to its right, at the list's top.
+  EXPECT_EQ(PlaceViewer({10, 100, 249, 217}, 1920, viewer, work), (Rect{259, 100, 305, 313}));
+  // At the right: to its left.
+  EXPECT_EQ(PlaceViewer({1600, 100, 249, 217}, 1920, viewer, work), (Rect{1295, 100, 305, 313}));
+  // Near the bottom and beyond the left edge: clamped into the work area.
+  EXPECT_EQ(PlaceViewer({1700, 900, 249, 217}, 1920, viewer, work), (Rect{1395, 727, 305, 313}));
+  EXPECT_EQ(PlaceViewer({-200, 10, 150, 217}, 1920, viewer, work), (Rect{0, 10, 305, 313}));
+  // A second monitor's work area right of the first.
+  EXPECT_EQ(PlaceViewer({3700, 0, 249, 217}, 1920, viewer, {1920, 0, 1920, 1080}),
+            (Rect{3395, 0, 305, 313}));
+}
+
+}  // namespace
+}  // namespace mq::test
