@@ -73,7 +73,12 @@ void OpenContextWindow::Show(const ScreenRect& loadButton) {
 }
 
 void OpenContextWindow::LeaveTopmost() {
-  if (hwnd()) SetWindowPos(hwnd(), HWND_NOTOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  if (!hwnd()) return;
+  SetWindowPos(hwnd(), HWND_NOTOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  // Wine: an owned topmost popup lying right above its owner keeps its topmost band (the
+  // owner's popups are re-inserted after themselves). Out of sight it covers no dialog, and
+  // it closes as soon as the load is done.
+  if (GetWindowLongW(hwnd(), GWL_EXSTYLE) & WS_EX_TOPMOST) ShowWindow(hwnd(), SW_HIDE);
 }
 
 LRESULT OpenContextWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
