@@ -1,5 +1,8 @@
 #include "listfiles/win32/OpenContextWindow.h"
 
+#include <algorithm>
+#include <string>
+
 #include "listfiles/ListFileRules.h"
 #include "listfiles/win32/DialogKeys.h"
 
@@ -37,19 +40,36 @@ bool OpenContextWindow::Load() {
   return true;
 }
 
+// The design width, or wider when a caption in the font at hand would touch the edges
+// (Wine: its stand-in for Tahoma runs wider).
+int OpenContextWindow::FittingWidth() const {
+  WindowDc dc(hwnd());
+  Selection font(dc.Get(), font_.Get());
+  int widest = 0;
+  for (const wchar_t* caption : kCaptions) {
+    std::wstring text(caption);
+    std::erase(text, L'&');
+    SIZE size{};
+    GetTextExtentPoint32W(dc.Get(), text.c_str(), static_cast<int>(text.size()), &size);
+    widest = std::max(widest, static_cast<int>(size.cx));
+  }
+  return std::max(PixelsFromTwips(kWidth, dpi_), widest + 2 * MulDiv(8, static_cast<int>(dpi_), 96));
+}
+
 void OpenContextWindow::Layout() {
   font_ = CreateProgramFont(dpi_, 8);
+  width_ = FittingWidth();
   // Later buttons overlap the one above by 15 twips, so each starts at a whole-pixel step.
   for (int i = 0; i < 4; ++i) {
     const int top = PixelsFromTwips(kButtonStep * i, dpi_);
-    MoveWindow(cmdOpen_[i], 0, top, PixelsFromTwips(kWidth, dpi_),
+    MoveWindow(cmdOpen_[i], 0, top, width_,
                PixelsFromTwips(kButtonStep * i + kButtonHeight, dpi_) - top, TRUE);
     SendMessageW(cmdOpen_[i], WM_SETFONT, reinterpret_cast<WPARAM>(font_.Get()), TRUE);
   }
 }
 
 void OpenContextWindow::Place() {
-  const int width = PixelsFromTwips(kWidth, dpi_), height = PixelsFromTwips(kHeight, dpi_);
+  const int width = width_, height = PixelsFromTwips(kHeight, dpi_);
   const RECT button{anchor_.left, anchor_.top, anchor_.right, anchor_.bottom};
   MONITORINFO mi{};
   mi.cbSize = sizeof(mi);

@@ -29,11 +29,13 @@ class OpenContextWindow final : public Window, public LoadModePopup {
   bool Load();
   void Layout();
   void Place();
+  int FittingWidth() const;
 
   std::function<HWND()> owner_;
   std::function<void(int)> clicked_;
   ScreenRect anchor_;
   UINT dpi_ = 96;
+  int width_ = 0;  // pixels
   UniqueFont font_;
   HWND cmdOpen_[4] = {};
 };
