@@ -192,6 +192,21 @@ Text ActionCodeText(int action, int second) {
   Text text = ToDecimal(action);
   if (action >= 4 && action <= 7) text += ToDecimal(second < 0 ? 0 : second);
   return text;
+
+const FileDialogRule kSaveDialogRule{key::Cur_FF_S, false, key::Cur_FN_S, u""};
+const FileDialogRule kLoadDialogRule{key::Cur_FF_O, true, key::Cur_FN_O, u"x"};
+
+int ReadFilterIndex(Settings& settings, const FileDialogRule& rule) {
+  const Text value = settings.ReadSetting(rule.filterKey.name, u"x");
+  const double number = IsNumeric(value) ? LeadingNumber(value) : 0;
+  if (number == 1 || number == 2 || number == 3) return static_cast<int>(number);
+  if (number == 4 && rule.allowsFour) return 4;
+  settings.WriteSetting(rule.filterKey.name, rule.filterKey.defaultValue);
+  return static_cast<int>(LeadingNumber(rule.filterKey.defaultValue));
+}
+
+Text ReadLastFile(Settings& settings, const FileDialogRule& rule) {
+  return settings.ReadSetting(rule.lastFileKey.name, rule.lastFileDefault);
 }
 
 void WriteResetValues(Settings& settings) {

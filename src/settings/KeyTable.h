@@ -180,6 +180,21 @@ ActionCode ReadDialogActionCode(Settings& settings, int slot);
 Text ActionCodeText(int action, int second);
 const Key& ActionKey(int slot);  // slot -1: Set_RC_Op
 
+// ---- The clip list window's file dialogs ---------------------------------------------------
+struct FileDialogRule {
+  const Key& filterKey;      // Cur_FF_S / Cur_FF_O, read with the default "x"
+  bool allowsFour;           // the load dialog has a fourth filter
+  const Key& lastFileKey;    // Cur_FN_S / Cur_FN_O
+  TextView lastFileDefault;  // "" for the save dialog, "x" for the load dialog
+};
+extern const FileDialogRule kSaveDialogRule;
+extern const FileDialogRule kLoadDialogRule;
+
+// A numeric 1, 2 or 3 is used; 4 only by the load dialog. Anything else is written back as
+// the key's default ("1" saving, "3" loading) and that is used.
+int ReadFilterIndex(Settings& settings, const FileDialogRule& rule);
+Text ReadLastFile(Settings& settings, const FileDialogRule& rule);
+
 // ---- Reset -------------------------------------------------------------------------------
 // Writes every key of kAllKeys marked for reset with its default, in table order.
 void WriteResetValues(Settings& settings);
