@@ -192,6 +192,7 @@ Text ActionCodeText(int action, int second) {
   Text text = ToDecimal(action);
   if (action >= 4 && action <= 7) text += ToDecimal(second < 0 ? 0 : second);
   return text;
+}
 
 const FileDialogRule kSaveDialogRule{key::Cur_FF_S, false, key::Cur_FN_S, u""};
 const FileDialogRule kLoadDialogRule{key::Cur_FF_O, true, key::Cur_FN_O, u"x"};
