@@ -12,9 +12,11 @@
 #include "clipboard/win32/Win32Clipboard.h"
 #include "platform/win32/Win32Ports.h"
 #include "hotkeys/win32/Win32HotkeySystem.h"
+#include "listfiles/win32/ListFileShell.h"
 #include "listwindow/win32/ListWindow.h"
 #include "platform/win32/Handles.h"
 #include "platform/win32/Strings.h"
+#include "platform/win32/SystemCodePage.h"
 #include "platform/win32/Win32FileSystem.h"
 #include "settings/win32/RegistrySettings.h"
 #include "settings/win32/SettingsWindow.h"
@@ -99,6 +101,11 @@ int App::Run() {
   listWindow.onEscape = [&] {
     if (list.Visible()) main.mnuList_Click();
   };
+  // Saving and loading lists from the window's Save and Load buttons.
+  SystemCodePage codePage;
+  ListFileShell listFiles({store, rtbFormat, codePage, files}, settings, listWindow,
+                          ProgramFolder());
+  list.onFileCommand = [&](int index) { listFiles.commands.cmdFile_Click(index); };
   SettingsWindow settingsWindow{settings, main, IsXpClass(os)};
   cMenuItems menus{GetModuleHandleW(nullptr)};
   if (!window.CreateHidden({main, listWindow, flash, menus, settingsWindow})) return 1;

@@ -231,6 +231,12 @@ bool ListWindow::DrawButton(const DRAWITEMSTRUCT& item) {
   return true;
 }
 
+ScreenRect ListWindow::LoadButtonRect() {
+  RECT r{};
+  GetWindowRect(control(cmdFile(1)), &r);
+  return {r.left, r.top, r.right, r.bottom};
+}
+
 void ListWindow::Show(bool fade) { fader_.FadeIn(fade); }
 
 void ListWindow::Hide(bool fade) {

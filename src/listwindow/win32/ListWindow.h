@@ -13,6 +13,7 @@
 
 #include "clipboard/win32/RichEditBox.h"
 #include "listwindow/frmList.h"
+#include "platform/ListFilePorts.h"
 #include "listwindow/win32/Fader.h"
 #include "listwindow/win32/ViewWindow.h"
 #include "platform/win32/Gdi.h"
@@ -22,7 +23,10 @@
 
 namespace mq::win32 {
 
-class ListWindow final : public Window, public ListWindowView, public ListObserver {
+class ListWindow final : public Window,
+                         public ListWindowView,
+                         public ListObserver,
+                         public ListFileHost {
  public:
   // Until the program ends (AllowClose) the window refuses to close.
   ListWindow(frmList& model, bool layeredWindows);
@@ -39,6 +43,12 @@ class ListWindow final : public Window, public ListWindowView, public ListObserv
   void Hide(bool fade) override;
   void StateChanged() override;
   void AllowClose() override { closeAllowed_ = true; }
+
+  // ListFileHost: what the save and load commands need of the window.
+  bool Pinned() override { return model_.chkMenu[2]; }
+  void SetTop(bool top) override { model_.SetTop(top); }
+  ScreenRect LoadButtonRect() override;
+  std::uintptr_t NativeWindow() override { return reinterpret_cast<std::uintptr_t>(hwnd()); }
 
   // ListObserver: the list box mirrors the model.
   void RowInserted(int index, const ListRow& row) override;
