@@ -8,6 +8,7 @@
 #include "app/frmMain.h"
 #include "clipboard/win32/VBFormCopyPasteControl.h"
 #include "listwindow/win32/ListWindow.h"
+#include "platform/win32/MessageBox.h"
 #include "platform/win32/Strings.h"
 #include "settings/win32/SettingsWindow.h"
 #include "ui/win32/cMenuItems.h"
@@ -154,20 +155,8 @@ void MainWindow::Delete() {
 }
 
 MsgResult MainWindow::Show(TextView text, TextView title, MsgIcon icon, MsgButtons buttons) {
-  UINT flags = buttons == MsgButtons::YesNo ? MB_YESNO : MB_OK;
-  switch (icon) {
-    case MsgIcon::Exclamation: flags |= MB_ICONEXCLAMATION; break;
-    case MsgIcon::Critical: flags |= MB_ICONHAND; break;
-    case MsgIcon::Question: flags |= MB_ICONQUESTION; break;
-    case MsgIcon::Information: flags |= MB_ICONINFORMATION; break;
-    case MsgIcon::None: break;
-  }
   // A tray program has no window in front: the box comes to the front by itself.
-  Text t(text), c(title);
-  int result = MessageBoxW(nullptr, W(t), W(c), flags | MB_SETFOREGROUND | MB_TOPMOST);
-  if (result == IDYES) return MsgResult::Yes;
-  if (result == IDNO) return MsgResult::No;
-  return MsgResult::Ok;
+  return ShowMessageBox(nullptr, text, title, icon, buttons, MB_SETFOREGROUND | MB_TOPMOST);
 }
 
 LRESULT MainWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {

@@ -1,25 +1,14 @@
 #include "listfiles/win32/OwnedMessageBoxes.h"
 
+#include "platform/win32/MessageBox.h"
 #include "platform/win32/Strings.h"
 
 namespace mq::win32 {
 
 MsgResult OwnedMessageBoxes::Show(TextView text, TextView title, MsgIcon icon, MsgButtons buttons) {
-  UINT flags = buttons == MsgButtons::YesNo ? MB_YESNO : MB_OK;
-  switch (icon) {
-    case MsgIcon::Exclamation: flags |= MB_ICONEXCLAMATION; break;
-    case MsgIcon::Critical: flags |= MB_ICONHAND; break;
-    case MsgIcon::Question: flags |= MB_ICONQUESTION; break;
-    case MsgIcon::Information: flags |= MB_ICONINFORMATION; break;
-    case MsgIcon::None: break;
-  }
   HWND owner = owner_ ? owner_() : nullptr;
   if (owner && !IsWindow(owner)) owner = nullptr;
-  const Text t(text), c(title);
-  const int result = MessageBoxW(owner, W(t), W(c), flags | (owner ? 0 : MB_SETFOREGROUND));
-  if (result == IDYES) return MsgResult::Yes;
-  if (result == IDNO) return MsgResult::No;
-  return MsgResult::Ok;
+  return ShowMessageBox(owner, text, title, icon, buttons, owner ? 0 : MB_SETFOREGROUND);
 }
 
 }  // namespace mq::win32

@@ -4,6 +4,7 @@
 #include <commctrl.h>
 #include <windowsx.h>
 
+#include "platform/win32/MessageBox.h"
 #include "platform/win32/Strings.h"
 
 namespace mq::win32 {
@@ -186,17 +187,7 @@ LRESULT SettingsWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam
 }
 
 MsgResult SettingsWindow::Show(TextView text, TextView title, MsgIcon icon, MsgButtons buttons) {
-  UINT flags = buttons == MsgButtons::YesNo ? MB_YESNO : MB_OK;
-  switch (icon) {
-    case MsgIcon::Exclamation: flags |= MB_ICONEXCLAMATION; break;
-    case MsgIcon::Critical: flags |= MB_ICONHAND; break;
-    case MsgIcon::Question: flags |= MB_ICONQUESTION; break;
-    case MsgIcon::Information: flags |= MB_ICONINFORMATION; break;
-    case MsgIcon::None: break;
-  }
-  Text t(text), c(title);
-  int result = MessageBoxW(hwnd(), W(t), W(c), flags | MB_SETFOREGROUND);
-  return result == IDYES ? MsgResult::Yes : result == IDNO ? MsgResult::No : MsgResult::Ok;
+  return ShowMessageBox(hwnd(), text, title, icon, buttons, MB_SETFOREGROUND);
 }
 
 LRESULT CALLBACK SettingsWindow::KeyBoxProc(HWND box, UINT message, WPARAM wParam, LPARAM lParam,
