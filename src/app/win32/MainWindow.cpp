@@ -25,11 +25,18 @@ constexpr UINT kTrayId = 1;
 using HtmlHelpFn = HWND(WINAPI*)(HWND, LPCWSTR, UINT, DWORD_PTR);
 constexpr UINT kHhDisplayTopic = 0x0000;
 constexpr UINT kHhCloseAll = 0x0012;
+
+// The one main window of the process, for the unhandled-exception filter.
+MainWindow* g_crashOwner = nullptr;
 }  // namespace
 
 MainWindow::MainWindow() = default;
 
 MainWindow::~MainWindow() {
+  if (filterInstalled_) {
+    SetUnhandledExceptionFilter(previousFilter_);
+    g_crashOwner = nullptr;
+  }
   if (trayShown_) Delete();
   // The form and the windows it links to may be gone by now: the last messages get the
   // default handling.
@@ -61,6 +68,34 @@ void MainWindow::AttachClipboardMonitor() {
   frmMain& main = links_->main;
   cpFlag_->ClipboardChanged = [&main] { main.cpFlag_ClipboardChanged(); };
   cpFlag_->Attach();
+  // From here on a crash would leave the others in the chain without notices.
+  if (!filterInstalled_) {
+    g_crashOwner = this;
+    previousFilter_ = SetUnhandledExceptionFilter(&MainWindow::OnUnhandledException);
+    filterInstalled_ = true;
+  }
+}
+
+LONG WINAPI MainWindow::OnUnhandledException(EXCEPTION_POINTERS* info) {
+  // Once only, whichever thread gets here first.
+  static LONG entered = 0;
+  MainWindow* owner = g_crashOwner;
+  if (owner && InterlockedExchange(&entered, 1) == 0) owner->LeaveBeforeDying();
+  return owner && owner->previousFilter_ ? owner->previousFilter_(info) : EXCEPTION_CONTINUE_SEARCH;
+}
+
+void MainWindow::LeaveBeforeDying() {
+  // Only calls that are safe from any thread: the chain and the notification area are the
+  // system's, and both would keep our dead windows. Hotkeys go with the thread.
+  if (cpFlag_ && cpFlag_->Attached())
+    ChangeClipboardChain(cpFlag_->WindowHandle(), cpFlag_->NextViewer());
+  if (trayShown_) {
+    NOTIFYICONDATAW data{};
+    data.cbSize = sizeof(data);
+    data.hWnd = hwnd();
+    data.uID = kTrayId;
+    Shell_NotifyIconW(NIM_DELETE, &data);
+  }
 }
 
 void MainWindow::AnnounceReadyWhenLooping() { PostMessageW(hwnd(), kReadyMessage, 0, 0); }

@@ -65,6 +65,9 @@ class MainWindow final : public Window, public MainView, public TrayIcon, public
  private:
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
   bool Notify(DWORD action, int icon, TextView tip);
+  // The last words of a crashing process: what others would otherwise be left with.
+  static LONG WINAPI OnUnhandledException(EXCEPTION_POINTERS* info);
+  void LeaveBeforeDying();
 
   static constexpr UINT kReadyMessage = WM_APP + 1;
 
@@ -80,6 +83,8 @@ class MainWindow final : public Window, public MainView, public TrayIcon, public
   Text trayTip_;
   bool trayShown_ = false;
   UniqueIcon windowIcon_;
+  LPTOP_LEVEL_EXCEPTION_FILTER previousFilter_ = nullptr;
+  bool filterInstalled_ = false;
 };
 
 }  // namespace mq::win32

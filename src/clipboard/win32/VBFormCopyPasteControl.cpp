@@ -5,6 +5,8 @@ namespace mq::win32 {
 namespace {
 
 constexpr UINT_PTR kSubclassId = 1;
+constexpr UINT_PTR kChainTimer = 1;
+constexpr UINT kChainCheckMs = 400;
 
 LRESULT PassOn(HWND next, UINT message, WPARAM wParam, LPARAM lParam) {
   // A next viewer that has gone away gets nothing; the chain then ends here.
@@ -42,6 +44,35 @@ bool VBFormCopyPasteControl::Attach() {
     return false;
   }
   attached_ = true;
+  seenSequence_ = GetClipboardSequenceNumber();
+  SetTimer(window, kChainTimer, kChainCheckMs, nullptr);
+  return true;
+}
+
+void VBFormCopyPasteControl::CheckChain(HWND window) {
+  const DWORD now = GetClipboardSequenceNumber();
+  if (now == seenSequence_) {
+    suspectSequence_ = 0;
+    return;
+  }
+  // A notice may be on its way: only the same unseen count on the next check counts.
+  if (now != suspectSequence_) {
+    suspectSequence_ = now;
+    return;
+  }
+  suspectSequence_ = 0;
+  Rejoin(window);
+}
+
+bool VBFormCopyPasteControl::Rejoin(HWND window) {
+  // Leaving first: should we still be in the chain somewhere, joining again would make a loop.
+  ChangeClipboardChain(window, next_);
+  SetLastError(0);
+  // The greeting notice now reaches Procedure, so the copy that was missed is taken.
+  HWND next = SetClipboardViewer(window);
+  if (!next && GetLastError() != 0) return false;
+  next_ = next;
+  seenSequence_ = GetClipboardSequenceNumber();
   return true;
 }
 
@@ -61,6 +92,8 @@ LRESULT VBFormCopyPasteControl::HandleMessage(HWND window, UINT message, WPARAM 
                                               LPARAM lParam) noexcept {
   switch (message) {
     case WM_DRAWCLIPBOARD: {
+      seenSequence_ = GetClipboardSequenceNumber();
+      ++inNotice_;
       if (ClipboardChanged) {
         try {
           ClipboardChanged();
@@ -70,14 +103,23 @@ LRESULT VBFormCopyPasteControl::HandleMessage(HWND window, UINT message, WPARAM 
       }
       // The handler may have destroyed this control (program exit), which destroys its
       // window first: only a window still there has a control to pass the change on.
-      return IsWindow(window) ? PassOn(next_, message, wParam, lParam) : 0;
+      if (!IsWindow(window)) return 0;
+      --inNotice_;
+      seenSequence_ = GetClipboardSequenceNumber();
+      return PassOn(next_, message, wParam, lParam);
     }
+
+    case WM_TIMER:
+      if (wParam != kChainTimer) return DefSubclassProc(window, message, wParam, lParam);
+      if (inNotice_ == 0) CheckChain(window);
+      return 0;
 
     case WM_CHANGECBCHAIN:
       if (reinterpret_cast<HWND>(wParam) == next_) next_ = reinterpret_cast<HWND>(lParam);
       return PassOn(next_, message, wParam, lParam);
 
     case WM_DESTROY:
+      KillTimer(window, kChainTimer);
       ChangeClipboardChain(window, next_);
       next_ = nullptr;
       Detach(window);

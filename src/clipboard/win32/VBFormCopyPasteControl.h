@@ -43,10 +43,18 @@ class VBFormCopyPasteControl {
   // ClipboardChanged, is caught inside.
   LRESULT HandleMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
   void Detach(HWND window);
+  // A viewer that joined after us and died without leaving takes the chain's head with it,
+  // and no notice reaches us any more. A change that the clipboard counted but that never
+  // reached us (seen on two checks in a row) means the chain is broken: join it again.
+  void CheckChain(HWND window);
+  bool Rejoin(HWND window);
 
   UniqueWindow window_;
   HWND next_ = nullptr;
   bool attached_ = false;
+  DWORD seenSequence_ = 0;     // the clipboard's change count at the last notice
+  DWORD suspectSequence_ = 0;  // a count that came without a notice, at the last check
+  int inNotice_ = 0;           // the handler may run a modal loop in which the timer fires
 };
 
 }  // namespace mq::win32
