@@ -240,10 +240,13 @@ TEST_F(Hardening, TenMegabyteEntriesAreCapturedShownPastedSavedAndLoaded) {
   while (plain.size() < 5 * 1024 * 1024) plain += L"ten megabytes of plain words, line " + std::to_wstring(plain.size()) + L"\r\n";
   std::wstring richText;
   std::string rich = "{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\f0 ";
+  // A long document with a bold phrase now and then.
   while (rich.size() < 10 * 1024 * 1024) {
     std::string words = "rich words " + std::to_string(rich.size()) + " ";
-    rich += "{\\b " + words + "}";
-    richText += std::wstring(words.begin(), words.end());
+    std::string run;
+    while (run.size() < 1000) run += words;
+    rich += "{\\b bold} " + run;
+    richText += L"bold " + std::wstring(run.begin(), run.end());
   }
   rich += "}";
 
@@ -264,7 +267,7 @@ TEST_F(Hardening, TenMegabyteEntriesAreCapturedShownPastedSavedAndLoaded) {
   ASSERT_TRUE(WaitFor([&] { return IsShown(window); }));
   SendMessageW(list, LB_SETCURSEL, 1, 0);
   PostMessageW(window, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(list), LBN_DBLCLK), reinterpret_cast<LPARAM>(list));
-  HWND viewer = WaitForTopWindow(L"Clipboard Preview", 60s, nullptr, app.Pid());
+  HWND viewer = WaitForTopWindow(L"Clipboard Preview", 180s, nullptr, app.Pid());
   ASSERT_NE(viewer, nullptr);
   HWND text = FindWindowExW(viewer, nullptr, nullptr, nullptr);
   EXPECT_EQ(SendMessageW(text, WM_GETTEXTLENGTH, 0, 0), static_cast<LRESULT>(richText.size()));
@@ -375,10 +378,11 @@ bool TrayIconShown(HWND main) {
 TEST_F(Hardening, LogOffAndACrashLeaveNothingBehindForOthers) {
   // A viewer that joined before the program: the program passes every notice on to it.
   RawViewer before;
-  Start();
+  // CTRL+Q pastes: an atom no other test leaves behind.
+  Start({{L"Set_HV_Ky", L"81"}});
   HWND main = app.MainWindow();
   ASSERT_TRUE(TrayIconShown(main));
-  ASSERT_NE(GlobalFindAtomW(L"CONTROL+049"), 0) << "the paste hotkey's atom";
+  ASSERT_NE(GlobalFindAtomW(L"CONTROL+081"), 0) << "the paste hotkey's atom";
   Copy(L"passed on");
   int notices = before.Notices();
   EXPECT_GE(notices, 1);
@@ -386,8 +390,8 @@ TEST_F(Hardening, LogOffAndACrashLeaveNothingBehindForOthers) {
   SendMessageTimeoutW(main, WM_ENDSESSION, TRUE, ENDSESSION_LOGOFF, SMTO_ABORTIFHUNG, 10000, nullptr);
   // What the session's end leaves to the others, checked before the process is gone.
   EXPECT_FALSE(TrayIconShown(main)) << "tray icon removed";
-  EXPECT_EQ(GlobalFindAtomW(L"CONTROL+049"), 0) << "atom released";
-  EXPECT_TRUE(RegisterHotKey(nullptr, 1, MOD_CONTROL, '1')) << "CTRL+1 free for others";
+  EXPECT_EQ(GlobalFindAtomW(L"CONTROL+081"), 0) << "atom released";
+  EXPECT_TRUE(RegisterHotKey(nullptr, 1, MOD_CONTROL, 'Q')) << "CTRL+Q free for others";
   UnregisterHotKey(nullptr, 1);
   EXPECT_TRUE(app.WaitExit(10s));
   ASSERT_TRUE(SetClipboardText(L"after log-off"));

@@ -1,0 +1,333 @@
+// A long run of the real marquill.exe, driven from this process as a busy user would: copies
+// of plain and rich text (10 bytes to 1 MB, some marked private by a password manager),
+// pastes with the paste hotkey, the clip list window shown and hidden, lists saved and loaded
+// through the window's buttons, the settings dialog and the entry viewer opened and closed.
+// Prints the program's private memory, GDI and USER objects, handles and the global atom
+// table at 0, 25, 50, 75 and 100 %, and fails when they grow past warm-up (2 %), when the
+// program ends, or when a copy made while the list had room is missing or out of order.
+//   soak_probe [--short | --rounds N]
+#include <windows.h>
+#include <psapi.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "E2E.h"
+#include "ListFiles.h"
+
+using namespace e2e;
+
+namespace {
+
+struct Plan {
+  int rounds = 100;
+  int copies = 100;      // per round: 10,000 in all
+  int pasteEvery = 10;   // 1,000 pastes
+  int showHides = 2;     // 200 shows and hides
+};                       // and per round one save-and-load, one settings dialog, one viewer
+
+struct Counters {
+  double privateMb = 0;
+  DWORD gdi = 0, user = 0, handles = 0, atoms = 0;
+};
+
+DWORD GlobalAtomCount() {
+  // String atoms live at 0xC000..0xFFFF; the table cannot be listed otherwise.
+  DWORD n = 0;
+  wchar_t name[256];
+  for (UINT atom = 0xC000; atom <= 0xFFFF; ++atom)
+    if (GlobalGetAtomNameW(static_cast<ATOM>(atom), name, 256)) ++n;
+  return n;
+}
+
+Counters Sample(HANDLE process) {
+  Counters c;
+  PROCESS_MEMORY_COUNTERS_EX memory{};
+  memory.cb = sizeof(memory);
+  if (GetProcessMemoryInfo(process, reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory), sizeof(memory)))
+    c.privateMb = static_cast<double>(memory.PrivateUsage) / (1024.0 * 1024.0);
+  c.gdi = GetGuiResources(process, GR_GDIOBJECTS);
+  c.user = GetGuiResources(process, GR_USEROBJECTS);
+  GetProcessHandleCount(process, &c.handles);
+  c.atoms = GlobalAtomCount();
+  return c;
+}
+
+// Deterministic content: the same run every time.
+class Random {
+ public:
+  uint32_t Next() { return state_ = state_ * 1664525u + 1013904223u; }
+  double Unit() { return (Next() >> 8) / 16777216.0; }
+
+ private:
+  uint32_t state_ = 20240601u;
+};
+
+struct Entry {
+  std::wstring text;
+  bool rich = false;
+  std::wstring Row() const { return (rich ? L"+\t" : L"\t") + text; }
+};
+
+std::wstring Words(size_t chars, int serial) {
+  static const wchar_t* words[] = {L"clip ", L"board ", L"paste ", L"entry ", L"queue ", L"soak ", L"copy ", L"text "};
+  std::wstring text = L"#" + std::to_wstring(serial) + L" ";
+  for (size_t i = 0; text.size() < chars; ++i) text += words[(i * 5 + static_cast<size_t>(serial)) % 8];
+  text.resize(std::max<size_t>(chars, 1));
+  return text;
+}
+
+bool Put(const std::vector<std::pair<UINT, std::string>>& formats) {
+  for (int i = 0; i < 200 && !OpenClipboard(nullptr); ++i) Sleep(5);
+  EmptyClipboard();
+  bool done = true;
+  for (const auto& [format, bytes] : formats) {
+    HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, bytes.size());
+    memcpy(GlobalLock(memory), bytes.data(), bytes.size());
+    GlobalUnlock(memory);
+    done = SetClipboardData(format, memory) != nullptr && done;
+  }
+  CloseClipboard();
+  return done;
+}
+
+std::string Utf16(const std::wstring& text) {
+  return std::string(reinterpret_cast<const char*>(text.c_str()), (text.size() + 1) * 2);
+}
+
+class Soak {
+ public:
+  explicit Soak(Plan plan) : plan_(plan) {}
+  int Run();
+
+ private:
+  LRESULT Count() const { return SendMessageW(list_, LB_GETCOUNT, 0, 0); }
+  bool WaitCount(size_t n, Duration timeout = 30s) const {
+    return WaitFor([&] { return Count() == static_cast<LRESULT>(n); }, timeout, 10ms);
+  }
+  void Problem(const std::string& what) {
+    if (++problems_ <= 20) std::printf("  problem: %s\n", what.c_str());
+  }
+  void CopyOne();
+  void PasteOne();
+  bool Toggle(bool shown);
+  void ViewerAndSettings();
+  void SaveAndLoad(int round);
+  void Clear();
+
+  Plan plan_;
+  Marquill app_;
+  HWND window_ = nullptr, list_ = nullptr;
+  std::deque<Entry> expected_;
+  Random random_;
+  std::wstring folder_;
+  int serial_ = 0, problems_ = 0;
+  int copies_ = 0, privateCopies_ = 0, pastes_ = 0, showHides_ = 0, saveLoads_ = 0, dialogs_ = 0;
+  UINT rtf_ = RegisterClipboardFormatW(L"Rich Text Format");
+  UINT private_ = RegisterClipboardFormatW(L"ExcludeClipboardContentFromMonitorProcessing");
+};
+
+void Soak::CopyOne() {
+  const int serial = ++serial_;
+  // Sizes spread evenly on a log scale from 10 bytes to 1 MB.
+  const size_t bytes = static_cast<size_t>(std::exp(std::log(10.0) + random_.Unit() * std::log(1e5)));
+  const bool rich = random_.Unit() < 0.3, secret = random_.Unit() < 0.1;
+  Entry entry{Words(std::max<size_t>(bytes / 2, 2), serial), rich};
+  std::vector<std::pair<UINT, std::string>> formats{{CF_UNICODETEXT, Utf16(entry.text)}};
+  if (rich) {
+    std::string rtf = "{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\f0 ";
+    std::string ascii(entry.text.begin(), entry.text.end());
+    // A bold word now and then; the plain text stays the entry's text.
+    for (size_t at = 0; at < ascii.size(); at += 997)
+      rtf += "{\\b " + ascii.substr(at, 3) + "}" + ascii.substr(at + 3, 994);
+    formats.push_back({rtf_, rtf + "}" + std::string(1, '\0')});
+  }
+  if (secret) formats.push_back({private_, std::string(4, '\0')});
+  const ULONGLONG start = GetTickCount64();
+  if (!Put(formats)) Problem("copy " + std::to_string(serial) + " could not be put on the clipboard");
+  ++copies_;
+  if (secret) {
+    ++privateCopies_;
+    Pump(300ms);
+    if (Count() != static_cast<LRESULT>(expected_.size())) Problem("private copy " + std::to_string(serial) + " was captured");
+  } else if (WaitCount(expected_.size() + 1)) {
+    expected_.push_back(std::move(entry));
+  } else {
+    Problem("copy " + std::to_string(serial) + " was not captured");
+    WaitFor([] { return false; }, 300ms);
+  }
+  // The next copy comes after the capture debounce.
+  while (GetTickCount64() - start < 300) Pump(10ms);
+}
+
+void Soak::PasteOne() {
+  if (expected_.empty()) return;
+  const Entry first = expected_.front();
+  CtrlTap('1');
+  if (!WaitCount(expected_.size() - 1)) {
+    Problem("paste " + std::to_string(pastes_ + 1) + " left the list as it was");
+    return;
+  }
+  expected_.pop_front();
+  ++pastes_;
+  if (!first.rich && ClipboardText() != first.text) Problem("paste " + std::to_string(pastes_) + " put another text on the clipboard");
+  Pump(600ms);  // past the paste's echo window
+}
+
+bool Soak::Toggle(bool shown) {
+  app_.TrayClick(WM_RBUTTONDOWN);  // the right click's action: show or hide the clip list
+  if (!WaitFor([&] { return IsShown(window_) == shown; })) {
+    Problem(shown ? "the clip list window did not show" : "the clip list window did not hide");
+    return false;
+  }
+  Pump(400ms);  // the fade
+  return true;
+}
+
+void Soak::ViewerAndSettings() {
+  if (Count() > 0) {
+    SendMessageW(list_, LB_SETCURSEL, 0, 0);
+    PostMessageW(window_, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(list_), LBN_DBLCLK), reinterpret_cast<LPARAM>(list_));
+    HWND viewer = WaitForTopWindow(L"Clipboard Preview", 60s, nullptr, app_.Pid());
+    if (!viewer) {
+      Problem("the viewer did not open");
+    } else {
+      PostMessageW(viewer, WM_CLOSE, 0, 0);
+      if (!WaitFor([&] { return !IsShown(FindTopWindow(L"Clipboard Preview", nullptr, app_.Pid())); }))
+        Problem("the viewer did not close");
+    }
+  }
+  CtrlTap('2');  // the first function hotkey's action: the settings dialog
+  HWND dialog = WaitForTopWindow(L"Marquill Settings", 20s, nullptr, app_.Pid());
+  if (!dialog) {
+    Problem("the settings dialog did not open");
+    return;
+  }
+  PressButton(dialog, IDCANCEL);
+  if (!WaitFor([&] { return !FindTopWindow(L"Marquill Settings", nullptr, app_.Pid()); })) Problem("the settings dialog did not close");
+  ++dialogs_;
+}
+
+void Soak::SaveAndLoad(int round) {
+  if (Count() == 0) return;
+  const std::wstring path = folder_ + L"\\round" + std::to_wstring(round) + L".mql";
+  ClickButton(FindToolButton(window_, L"Save List"));
+  if (!AnswerFileDialog(app_.Pid(), L"Save Marquill File", path) ||
+      !WaitFor([&] { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }, 60s)) {
+    Problem("round " + std::to_string(round) + ": the list was not saved");
+    return;
+  }
+  Pump(300ms);
+  ClickButton(FindToolButton(window_, L"Load List"));
+  HWND asNew = WaitForPopupButton(app_.Pid(), L"&Open as New");
+  if (asNew) ClickButton(asNew);
+  if (!asNew || !AnswerFileDialog(app_.Pid(), L"Load Marquill File", path)) {
+    Problem("round " + std::to_string(round) + ": the list could not be loaded");
+    return;
+  }
+  std::vector<std::wstring> rows;
+  for (const Entry& e : expected_) rows.push_back(e.Row());
+  if (!WaitFor([&] { return ListBoxRows(list_) == rows; }, 120s))
+    Problem("round " + std::to_string(round) + ": the loaded list differs from the saved one");
+  DeleteFileW(path.c_str());
+  ++saveLoads_;
+}
+
+void Soak::Clear() {
+  if (Count() == 0) return;
+  PostMessageW(FindWindowExW(window_, nullptr, nullptr, L"&Clear List"), BM_CLICK, 0, 0);
+  if (HWND box = WaitForMessageBox(L"Clear List?", 10s, app_.Pid())) PressButton(box, IDYES);
+  if (!WaitCount(0)) Problem("the list was not cleared");
+  expected_.clear();
+}
+
+int Soak::Run() {
+  if (!RunningUnderWine() && !GetEnvironmentVariableW(L"MARQUILL_E2E_ON_WINDOWS", nullptr, 0)) {
+    std::printf("the soak rewrites the settings; set MARQUILL_E2E_ON_WINDOWS=1 to run it on Windows\n");
+    return 2;
+  }
+  wchar_t base[MAX_PATH];
+  GetTempPathW(MAX_PATH, base);
+  folder_ = std::wstring(base) + L"mq soak " + std::to_wstring(GetTickCount64());
+  CreateDirectoryW(folder_.c_str(), nullptr);
+  ClearSettings();
+  // A right click shows and hides the list; CTRL+2 opens the settings dialog.
+  WriteSettings({{L"Set_RC_Op", L"2"}, {L"Set_H0_Op", L"8"}});
+  if (!app_.Start() || !app_.WaitReady()) {
+    std::printf("marquill.exe did not start\n");
+    return 1;
+  }
+  window_ = FindTopWindow(L"Clip List", L"MarquillClipList", app_.Pid());
+  list_ = FindChild(window_, L"ListBox");
+  WaitFor([&] { return !FindTopWindow(L"About Marquill", nullptr, app_.Pid()); }, 5s);
+  HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, app_.Pid());
+
+  std::vector<std::pair<int, Counters>> samples{{0, Sample(process)}};
+  const ULONGLONG started = GetTickCount64();
+  for (int round = 1; round <= plan_.rounds && app_.Running(); ++round) {
+    Toggle(true);
+    for (int i = 0; i < plan_.copies; ++i) {
+      CopyOne();
+      if ((i + 1) % plan_.pasteEvery == 0) PasteOne();
+    }
+    ViewerAndSettings();
+    SaveAndLoad(round);
+    std::vector<std::wstring> rows;
+    for (const Entry& e : expected_) rows.push_back(e.Row());
+    if (ListBoxRows(list_) != rows) Problem("round " + std::to_string(round) + ": the list is not the copies in order");
+    Clear();
+    Toggle(false);
+    ++showHides_;
+    for (int i = 1; i < plan_.showHides; ++i) showHides_ += Toggle(true) && Toggle(false);
+    for (int quarter = 1; quarter <= 4; ++quarter)
+      if (round == (plan_.rounds * quarter + 3) / 4 && samples.back().first < quarter * 25)
+        samples.push_back({quarter * 25, Sample(process)});
+  }
+  const double minutes = static_cast<double>(GetTickCount64() - started) / 60000.0;
+  const bool alive = app_.Running();
+
+  std::printf("\n%d copies (%d private), %d pastes, %d shows and hides, %d saves and loads, "
+              "%d settings dialogs and viewers in %.1f min\n",
+              copies_, privateCopies_, pastes_, showHides_, saveLoads_, dialogs_, minutes);
+  std::printf("%6s %14s %8s %8s %8s %8s\n", "done", "private (MB)", "GDI", "USER", "handles", "atoms");
+  for (const auto& [percent, c] : samples)
+    std::printf("%5d%% %14.1f %8lu %8lu %8lu %8lu\n", percent, c.privateMb, c.gdi, c.user, c.handles, c.atoms);
+  const Counters& first = samples.front().second;
+  if (first.gdi == 0 && first.user == 0) std::printf("GDI and USER object counts: not supported here (always 0)\n");
+  if (first.handles == 0) std::printf("open handles: not supported here (always 0)\n");
+
+  // Flat after warm-up: every later figure within 2 % of the one at 25 % (at least one object
+  // for the small counts).
+  bool flat = samples.size() >= 3;
+  if (flat) {
+    const Counters& warm = samples[1].second;
+    auto within = [](double base, double value) { return value <= base + std::max(base * 0.02, 1.0); };
+    for (size_t i = 2; i < samples.size(); ++i) {
+      const Counters& c = samples[i].second;
+      flat = flat && within(warm.privateMb, c.privateMb) && within(warm.gdi, c.gdi) &&
+             within(warm.user, c.user) && within(warm.handles, c.handles) && within(warm.atoms, c.atoms);
+    }
+  }
+  std::printf("flat after warm-up: %s; still running: %s; problems: %d\n", flat ? "yes" : "NO",
+              alive ? "yes" : "NO", problems_);
+  app_.Close();
+  CloseHandle(process);
+  RemoveDirectoryW(folder_.c_str());
+  return flat && alive && problems_ == 0 ? 0 : 1;
+}
+
+}  // namespace
+
+int wmain(int argc, wchar_t** argv) {
+  Plan plan;
+  for (int i = 1; i < argc; ++i) {
+    std::wstring arg = argv[i];
+    if (arg == L"--short") plan = Plan{4, 20, 5, 1};
+    if (arg == L"--rounds" && i + 1 < argc) plan.rounds = std::max(1, _wtoi(argv[++i]));
+  }
+  return Soak(plan).Run();
+}
