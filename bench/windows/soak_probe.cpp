@@ -257,7 +257,10 @@ int Soak::Run() {
   ClearSettings();
   // A right click shows and hides the list; CTRL+2 opens the settings dialog.
   WriteSettings({{L"Set_RC_Op", L"2"}, {L"Set_H0_Op", L"8"}});
-  if (!app_.Start() || !app_.WaitReady()) {
+  // Built into bench/, beside the folder of marquill.exe.
+  std::wstring exe = MarquillPath();
+  if (GetFileAttributesW(exe.c_str()) == INVALID_FILE_ATTRIBUTES) exe = ProgramFolder() + L"\\..\\marquill.exe";
+  if (!app_.Start(exe) || !app_.WaitReady()) {
     std::printf("marquill.exe did not start\n");
     return 1;
   }
