@@ -28,6 +28,7 @@ struct Plan {
   int copies = 100;      // per round: 10,000 in all
   int pasteEvery = 10;   // 1,000 pastes
   int showHides = 2;     // 200 shows and hides
+  double maxBytes = 1e6; // copies of 10 bytes to 1 MB
 };                       // and per round one save-and-load, one settings dialog, one viewer
 
 struct Counters {
@@ -134,7 +135,8 @@ class Soak {
 void Soak::CopyOne() {
   const int serial = ++serial_;
   // Sizes spread evenly on a log scale from 10 bytes to 1 MB.
-  const size_t bytes = static_cast<size_t>(std::exp(std::log(10.0) + random_.Unit() * std::log(1e5)));
+  const size_t bytes =
+      static_cast<size_t>(std::exp(std::log(10.0) + random_.Unit() * std::log(plan_.maxBytes / 10.0)));
   const bool rich = random_.Unit() < 0.3, secret = random_.Unit() < 0.1;
   Entry entry{Words(std::max<size_t>(bytes / 2, 2), serial), rich};
   std::vector<std::pair<UINT, std::string>> formats{{CF_UNICODETEXT, Utf16(entry.text)}};
@@ -286,6 +288,8 @@ int Soak::Run() {
     Toggle(false);
     ++showHides_;
     for (int i = 1; i < plan_.showHides; ++i) showHides_ += Toggle(true) && Toggle(false);
+    std::printf("round %d of %d: %d copies, %d problems\n", round, plan_.rounds, copies_, problems_);
+    std::fflush(stdout);
     for (int quarter = 1; quarter <= 4; ++quarter)
       if (round == (plan_.rounds * quarter + 3) / 4 && samples.back().first < quarter * 25)
         samples.push_back({quarter * 25, Sample(process)});
@@ -329,7 +333,8 @@ int wmain(int argc, wchar_t** argv) {
   Plan plan;
   for (int i = 1; i < argc; ++i) {
     std::wstring arg = argv[i];
-    if (arg == L"--short") plan = Plan{4, 20, 5, 1};
+    // The short form stays under two minutes: rich entries of a megabyte take seconds each.
+    if (arg == L"--short") plan = Plan{4, 20, 5, 1, 64e3};
     if (arg == L"--rounds" && i + 1 < argc) plan.rounds = std::max(1, _wtoi(argv[++i]));
   }
   return Soak(plan).Run();
