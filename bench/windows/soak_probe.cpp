@@ -305,6 +305,7 @@ int Soak::Run() {
     std::printf("%5d%% %14.1f %8lu %8lu %8lu %8lu\n", percent, c.privateMb, c.gdi, c.user, c.handles, c.atoms);
   const Counters& first = samples.front().second;
   if (first.gdi == 0 && first.user == 0) std::printf("GDI and USER object counts: not supported here (always 0)\n");
+  if (first.privateMb == 0) std::printf("private memory of another process: not supported here (always 0)\n");
   if (first.handles == 0) std::printf("open handles: not supported here (always 0)\n");
 
   // Flat after warm-up: every later figure within 2 % of the one at 25 % (at least one object
