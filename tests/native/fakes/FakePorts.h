@@ -98,6 +98,17 @@ class FakeMessageBoxes : public MessageBoxes {
     if (onShow) onShow();
     return buttons == MsgButtons::YesNo ? answer : MsgResult::Ok;
   }
+  std::vector<std::string> Titles() const {
+    std::vector<std::string> out;
+    for (const auto& m : shown) out.push_back(m.title);
+    return out;
+  }
+  // "title: text" of every box shown.
+  std::vector<std::string> Log() const {
+    std::vector<std::string> out;
+    for (const auto& m : shown) out.push_back(m.title + ": " + m.text);
+    return out;
+  }
   std::vector<Shown> shown;
   MsgResult answer = MsgResult::Yes;
   std::function<void()> onShow;
