@@ -112,32 +112,29 @@ TEST(ListGeometry, RestoredValuesThatAreNotNumericCountAsZero) {
 
 TEST(ListGeometry, GrabBandsCursorAndDrag) {
   const Size window{200, 150};
-  EXPECT_EQ(HitTest(0, 0, window, 5, 5), Grab::TopLeft);
-  EXPECT_EQ(HitTest(199, 2, window, 5, 5), Grab::TopRight);
-  EXPECT_EQ(HitTest(3, 146, window, 5, 5), Grab::BottomLeft);
-  EXPECT_EQ(HitTest(195, 145, window, 5, 5), Grab::BottomRight);
-  EXPECT_EQ(HitTest(4, 70, window, 5, 5), Grab::Left);
-  EXPECT_EQ(HitTest(5, 70, window, 5, 5), Grab::None);
-  EXPECT_EQ(HitTest(195, 70, window, 5, 5), Grab::Right);
-  EXPECT_EQ(HitTest(100, 4, window, 5, 5), Grab::Top);
-  EXPECT_EQ(HitTest(100, 147, window, 3, 3), Grab::Bottom);
-  EXPECT_EQ(HitTest(100, 146, window, 3, 3), Grab::None);
-  EXPECT_EQ(HitTest(200, 70, window, 5, 5), Grab::None);
+  struct {
+    int x, y, band;
+    Grab grab;
+  } hits[] = {{0, 0, 5, Grab::TopLeft},       {199, 2, 5, Grab::TopRight},
+              {3, 146, 5, Grab::BottomLeft},  {195, 145, 5, Grab::BottomRight},
+              {4, 70, 5, Grab::Left},         {5, 70, 5, Grab::None},
+              {195, 70, 5, Grab::Right},      {100, 4, 5, Grab::Top},
+              {100, 147, 3, Grab::Bottom},    {100, 146, 3, Grab::None},
+              {200, 70, 5, Grab::None}};
+  for (const auto& h : hits)
+    EXPECT_EQ(HitTest(h.x, h.y, window, h.band, h.band), h.grab) << h.x << "," << h.y;
 
   const Rect start{100, 100, 200, 150};
   int x = 0, y = 0;
   GrabPoint(Grab::BottomRight, start, x, y);
-  EXPECT_EQ(x, 300);
-  EXPECT_EQ(y, 250);
+  EXPECT_EQ(std::pair(x, y), std::pair(300, 250));
   GrabPoint(Grab::Left, start, x, y);
   EXPECT_EQ(x, 100);
-
+  // The edge that is not dragged stays; the window never gets below its minimum.
   const Size minimum{120, 100};
   EXPECT_EQ(DragRect(Grab::Right, start, 400, 0, minimum), (Rect{100, 100, 300, 150}));
-  EXPECT_EQ(DragRect(Grab::Right, start, -500, 0, minimum), (Rect{100, 100, 120, 150}))
-      << "the right edge stops at the minimum width";
-  EXPECT_EQ(DragRect(Grab::Left, start, 50, 0, minimum), (Rect{50, 100, 250, 150}))
-      << "the right edge stays";
+  EXPECT_EQ(DragRect(Grab::Right, start, -500, 0, minimum), (Rect{100, 100, 120, 150}));
+  EXPECT_EQ(DragRect(Grab::Left, start, 50, 0, minimum), (Rect{50, 100, 250, 150}));
   EXPECT_EQ(DragRect(Grab::Left, start, 290, 0, minimum), (Rect{180, 100, 120, 150}));
   EXPECT_EQ(DragRect(Grab::TopLeft, start, 90, 80, minimum), (Rect{90, 80, 210, 170}));
   EXPECT_EQ(DragRect(Grab::Bottom, start, 999, 120, minimum), (Rect{100, 100, 200, 100}));
