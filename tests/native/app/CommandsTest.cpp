@@ -32,33 +32,25 @@ std::string Look(const MenuItem& item) {
 
 TEST(TrayCommands, EnableTogglesEverythingThatShowsTheState) {
   Loaded h;
-  struct {
-    bool enabled;
-    const char* item;
-    const char* cur;
-    int icon;
-    uint32_t label;
-    const char* labelCaption;
-  } states[] = {{false, "Enable Me i2", "2", 102, Rgb(208, 0, 0), "-{Raised}[DISABLED]"},
-                {true, "Disable Me i1", "1", 101, Rgb(0, 160, 0), "-{Raised}[ENABLED]"}};
-  for (const auto& s : states) {
-    h.main.mnuEnable_Click();
-    EXPECT_EQ(h.main.Enabled(), s.enabled);
-    EXPECT_EQ(Look(h.main.mnuEnable()), s.item);
-    EXPECT_EQ(h.main.mnuFormat().enabled, s.enabled);
-    EXPECT_EQ(h.main.mnuOpHead().enabled, s.enabled);
-    EXPECT_EQ(h.port.Get(u"Cur_En"), s.cur);
-    EXPECT_EQ(h.tray.icon, s.icon);
-    EXPECT_EQ(h.main.menuStyle().raisedLabelColor, s.label);
-    EXPECT_EQ(ToUtf8(h.main.mnuEnVal().caption), s.labelCaption);
-    // The notice is prepared with the state's image, but the tray command shows none.
-    EXPECT_EQ(h.main.frmFlash().picIconVisible[0], s.enabled);
-    EXPECT_EQ(h.main.frmFlash().picIconVisible[1], !s.enabled);
-    EXPECT_FALSE(h.main.frmFlash().lblOpVisible);
-    EXPECT_TRUE(h.flash.shown.empty());
-    h.main.mnuFormat_Click();  // the icon follows the state after later changes too
-    EXPECT_EQ(h.tray.icon, s.icon);
-  }
+  // The enable item, the items greyed with capture, the key, the icon, the raised label and
+  // the image the notice is prepared with.
+  auto shown = [&] {
+    const FlashModel& f = h.main.frmFlash();
+    return Look(h.main.mnuEnable()) + (h.main.mnuFormat().enabled ? " format" : "") +
+           (h.main.mnuOpHead().enabled ? " case" : "") + " Cur_En=" + h.port.Get(u"Cur_En") +
+           " icon" + std::to_string(h.tray.icon) + " " + ToUtf8(h.main.mnuEnVal().caption) +
+           " notice" + (f.picIconVisible[0] ? " on" : "") + (f.picIconVisible[1] ? " off" : "") +
+           (f.lblOpVisible ? " text" : "");
+  };
+  h.main.mnuEnable_Click();
+  EXPECT_EQ(shown(), "Enable Me i2 Cur_En=2 icon102 -{Raised}[DISABLED] notice off");
+  EXPECT_EQ(h.main.menuStyle().raisedLabelColor, Rgb(208, 0, 0));
+  h.main.mnuFormat_Click();  // the icon follows the state after later changes too
+  EXPECT_EQ(h.tray.icon, 102);
+  h.main.mnuEnable_Click();
+  EXPECT_EQ(shown(), "Disable Me i1 format case Cur_En=1 icon101 -{Raised}[ENABLED] notice on");
+  EXPECT_EQ(h.main.menuStyle().raisedLabelColor, Rgb(0, 160, 0));
+  EXPECT_TRUE(h.flash.shown.empty()) << "the tray command prepares the notice, shows none";
 }
 
 TEST(TrayCommands, ModeSwitchHidesTheListAndItsCommand) {

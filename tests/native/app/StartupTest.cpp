@@ -131,9 +131,8 @@ TEST(Startup, AStoreFailureOrAKeyCodeAbove255ResetsEverySetting) {
     h.port.failKey = c.failKey;
     ASSERT_TRUE(h.main.Form_Load());
     EXPECT_EQ(h.messages.Log(),
-              Strs{"Error: Corrupt Settings.: There is an unknown problem with the program "
+              Strs{"x Error: Corrupt Settings.: There is an unknown problem with the program "
                    "settings. All settings have been returned to their default values."});
-    EXPECT_EQ(h.messages.shown[0].icon, MsgIcon::Critical);
     for (auto [key, value] : {std::pair{u"Set_RC_Op", "12"}, {u"Cur_FF_O", "3"},
                               {u"Set_Mo", "0"}, {u"Set_H0_Ky", "50"}, {u"Set_H2_Ky", "52"}})
       EXPECT_EQ(h.port.Get(key), value) << ToUtf8(key);

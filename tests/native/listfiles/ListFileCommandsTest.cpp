@@ -186,9 +186,8 @@ TEST_F(ListFileCommandsTest, FailedSaveReportsTheSystemsDescription) {
   passView.Enter(0, u"pw");  // moves on
   pass.cmdOp_Click(0);
   EXPECT_FALSE(passView.shown);
-  EXPECT_EQ(messages.Log(), (Strs{"Marquill: Error: Access is denied.",
-                                  "Marquill: Error: Access is denied."}));
-  EXPECT_EQ(messages.shown[0].icon, MsgIcon::None);
+  EXPECT_EQ(messages.Log(), (Strs{"- Marquill: Error: Access is denied.",
+                                  "- Marquill: Error: Access is denied."}));
   EXPECT_EQ(disk.files[u"C:\\ro\\old.mql"], "previous bytes");
   EXPECT_EQ(Queue(), Strs{"keep"});
 }
@@ -269,11 +268,9 @@ TEST_F(ListFileCommandsTest, LoadPathSearchAndRefusals) {
     EXPECT_TRUE(host.topmost);
   }
   const std::string wrong =
-      "Error: Wrong file format: Either the file was not created by Marquill or the file has "
+      "x Error: Wrong file format: Either the file was not created by Marquill or the file has "
       "become corrupted.";
-  EXPECT_EQ(messages.Log(), (Strs{"Error: File not found: File does not exist.", wrong, wrong}));
-  EXPECT_EQ(messages.shown[0].icon, MsgIcon::Information);
-  EXPECT_EQ(messages.shown[1].icon, MsgIcon::Critical);
+  EXPECT_EQ(messages.Log(), (Strs{"i Error: File not found: File does not exist.", wrong, wrong}));
   EXPECT_EQ(Queue(), (Strs{"plain", "hidden"}));
   EXPECT_EQ(port.Get(key::Cur_FN_O.name), "C:\\l\\tiny.mql") << "not the missing file";
 

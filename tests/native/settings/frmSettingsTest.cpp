@@ -93,17 +93,22 @@ std::string View(const frmSettings& f) {
          (f.sliOpacityEnabled ? "" : "~") + (f.chkSize ? "|size" : "");
 }
 
+// A fresh installation's dialog, with the mode box showing mode.
+std::string Fresh(const std::string& mode) {
+  return "Enabled|" + mode + "|Last Used|Last Used|Popup Menu|~Popup Menu\n"
+         "1 [x 2 Show List/~Hide List] [x 3 Purge Formatting/~Preserve Formatting]"
+         " [x 4 (No Change)/Standardize] [x 5 Enable/~Disable]\n"
+         "Last Used|Last Used|Last Used|Last Used|Canter|75|size";
+}
+
 TEST(SettingsDialog, LoadShowsStoredValuesAndWritesItsRepairs) {
   struct Case {
     std::map<Text, Text> stored;
-    const char* view;
+    std::string view;
     Strs after;  // "key=value" once loaded ("<absent>" for none)
   } cases[] = {
       {{},
-       "Enabled|Multi|Last Used|Last Used|Popup Menu|~Popup Menu\n"
-       "1 [x 2 Show List/~Hide List] [x 3 Purge Formatting/~Preserve Formatting]"
-       " [x 4 (No Change)/Standardize] [x 5 Enable/~Disable]\n"
-       "Last Used|Last Used|Last Used|Last Used|Canter|75|size",
+       Fresh("Multi"),
        {"Set_RC_Op=12", "Set_H0_En=1", "Set_H3_En=1", "Set_H0_Op=2", "Set_H2_Op=41",
         "Set_H3_Op=0", "Set_Pn=0", "Set_Dl=0", "Set_Vu=0", "Set_LO=0", "Set_FS=2", "Set_FO=75",
         "Set_En=<absent>", "Set_H0_Ky=<absent>"}},
@@ -121,10 +126,7 @@ TEST(SettingsDialog, LoadShowsStoredValuesAndWritesItsRepairs) {
        "Always On Top|Last Used|Expanded|lower case|No Fade|51",
        {"Set_Mo=2", "Set_Fm=0", "Set_H1_Ky=999", "Set_H1_En=1", "Set_H1_Op=3", "Set_Dl=0"}},
       {{{u"Set_H3_Op", u"ab"}, {u"Set_FO", u"101"}, {u"Set_Op", u"5"}},
-       "Enabled|Multi|Last Used|Last Used|Popup Menu|~Popup Menu\n"
-       "1 [x 2 Show List/~Hide List] [x 3 Purge Formatting/~Preserve Formatting]"
-       " [x 4 (No Change)/Standardize] [x 5 Enable/~Disable]\n"
-       "Last Used|Last Used|Last Used|Last Used|Canter|75|size",
+       Fresh("Multi"),
        {"Set_RC_Op=12", "Set_H3_Op=0", "Set_FO=75", "Set_Op=0"}},
   };
   for (auto& c : cases) {
@@ -162,31 +164,21 @@ TEST(SettingsDialog, TabsMoveTheFocusAndActionsRefillActionTwo) {
 }
 
 TEST(SettingsDialog, TypedKeysAreCheckedBeforeTheyAreTaken) {
-  const std::string invalid = "Error: Hotkey combination invalid.: ";
-  const std::string special = invalid +
-      "Hotkeys can only be composed of standard letter or number keys. Please do not use "
-      "special characters or function keys (F1, F2, etc.).";
-  struct {
-    int box;
-    char16_t typed;
-    MsgResult answer;
-    const char* shows;
-    std::string message;  // "" for none
-  } steps[] = {
-      {1, u'c', MsgResult::Yes, "2",
-       invalid + "Microsoft Windows has bound the hotkey combination CTRL+C to the command "
-                 "Copy Selection. This hotkey cannot be used by Marquill."},
-      {1, u'a', MsgResult::No, "2",
-       "Warning: Hotkey combination used.: Many applications bind the hotkey combination "
-       "CTRL+A to the command Select All Highlighted Text. Are you sure you want to use this "
-       "hotkey combination?"},
-      {1, u'a', MsgResult::Yes, "A", "Warning: Hotkey combination used.: Many applications bind "
-       "the hotkey combination CTRL+A to the command Select All Highlighted Text. Are you sure "
-       "you want to use this hotkey combination?"},
+  const std::string special = "x Error: Hotkey combination invalid.: Hotkeys can only be composed "
+      "of standard letter or number keys. Please do not use special characters or function keys "
+      "(F1, F2, etc.).";
+  const std::string ctrlA = "!yn Warning: Hotkey combination used.: Many applications bind the "
+      "hotkey combination CTRL+A to the command Select All Highlighted Text. Are you sure you "
+      "want to use this hotkey combination?";
+  const std::tuple<int, char16_t, MsgResult, const char*, std::string> steps[] = {
+      {1, u'c', MsgResult::Yes, "2", "x Error: Hotkey combination invalid.: Microsoft Windows has "
+       "bound the hotkey combination CTRL+C to the command Copy Selection. This hotkey cannot be "
+       "used by Marquill."},
+      {1, u'a', MsgResult::No, "2", ctrlA},
+      {1, u'a', MsgResult::Yes, "A", ctrlA},
       {1, u'2', MsgResult::Yes, "2", ""},  // free again
-      {3, u'2', MsgResult::Yes, "4",
-       "Error: Hotkey combination in use.: You have already assigned a command to this kothey "
-       "combination. Please select a different hotkey."},
+      {3, u'2', MsgResult::Yes, "4", "x Error: Hotkey combination in use.: You have already "
+       "assigned a command to this kothey combination. Please select a different hotkey."},
       {3, u'4', MsgResult::Yes, "4", ""},  // the box's own key
       {3, u'q', MsgResult::Yes, "Q", ""},
       {0, u'\r', MsgResult::Yes, "1", special}, {0, u'$', MsgResult::Yes, "1", special},
@@ -195,18 +187,12 @@ TEST(SettingsDialog, TypedKeysAreCheckedBeforeTheyAreTaken) {
   };
   Dialog d;
   frmSettings& f = d.Load();
-  for (const auto& s : steps) {
-    SCOPED_TRACE(testing::Message() << "box " << s.box << " key " << int(s.typed));
+  for (const auto& [box, typed, answer, shows, message] : steps) {
     d.messages.shown.clear();
-    d.messages.answer = s.answer;
-    f.txtHK_KeyPress(s.box, s.typed);
-    EXPECT_EQ(ToUtf8(f.txtHK[s.box].text), s.shows);
-    EXPECT_EQ(d.messages.Log(), s.message.empty() ? Strs{} : Strs{s.message});
-    if (!s.message.empty()) {
-      const MsgIcon icon = s.message[0] == 'W' ? MsgIcon::Exclamation : MsgIcon::Critical;
-      EXPECT_EQ(d.messages.shown[0].icon, icon);
-      EXPECT_EQ(d.messages.shown[0].buttons, s.message[0] == 'W' ? MsgButtons::YesNo : MsgButtons::Ok);
-    }
+    d.messages.answer = answer;
+    f.txtHK_KeyPress(box, typed);
+    EXPECT_EQ(ToUtf8(f.txtHK[box].text), shows) << box << " " << int(typed);
+    EXPECT_EQ(d.messages.Log(), message.empty() ? Strs{} : Strs{message}) << box << " " << int(typed);
   }
   EXPECT_TRUE(d.port.writes.empty()) << "typing writes nothing";
 }
@@ -216,10 +202,9 @@ TEST(SettingsDialog, RestartWarningFollowsTheStateAtLoadAndResetWritesNothing) {
   frmSettings& f = d.Load();
   f.SetChkHK(1, true);
   EXPECT_EQ(d.messages.Log(),
-            Strs{"Warning: Restart Marquill required.: This setting will take effect the next "
+            Strs{"i Warning: Restart Marquill required.: This setting will take effect the next "
                  "time Marquill starts. To enable this hotkey now, please close Marquill and "
                  "launch it again."});
-  EXPECT_EQ(d.messages.shown[0].icon, MsgIcon::Information);
   EXPECT_TRUE(f.txtHK[2].enabled);
   f.SetChkHK(1, false);
   EXPECT_FALSE(f.txtHK[2].enabled);
@@ -234,11 +219,7 @@ TEST(SettingsDialog, RestartWarningFollowsTheStateAtLoadAndResetWritesNothing) {
   f.cbEnable.index = f.cbDel.index = 2;
   f.cmdOp_Click(1);
   EXPECT_EQ(d.messages.Titles(), Strs{"Warning: Restart Marquill required."});
-  EXPECT_EQ(View(f),  // the reset values are the key table's: Set_Mo "0" is "Last Used"
-            "Enabled|Last Used|Last Used|Last Used|Popup Menu|~Popup Menu\n"
-            "1 [x 2 Show List/~Hide List] [x 3 Purge Formatting/~Preserve Formatting]"
-            " [x 4 (No Change)/Standardize] [x 5 Enable/~Disable]\n"
-            "Last Used|Last Used|Last Used|Last Used|Canter|75|size");
+  EXPECT_EQ(View(f), Fresh("Last Used"));  // the key table's reset values: Set_Mo "0"
   EXPECT_TRUE(d.port.writes.empty());
   EXPECT_EQ(d.effects.noFadeCleared, 1);
   EXPECT_FALSE(f.closed);
@@ -302,50 +283,38 @@ TEST(SettingsDialog, WithoutTransparencyOpacityIsFullAndFadingOff) {
 }
 
 TEST(SettingsDialog, RegistryFailureOffersTheShortcut) {
-  const std::string question = "Error: Cannot access System Registry.";
-  struct {
-    MsgResult answer;
-    bool shortcutFails, exeExists;
-    Strs titles, calls;
-    std::string lastText;
-    MsgIcon lastIcon;
-    bool checked;
-  } cases[] = {
-      {MsgResult::No, false, true, {question}, {"set"}, "", MsgIcon::Critical, false},
-      {MsgResult::Yes, false, true, {question, "Autorun success."}, {"set", "shortcut"},
-       "Alternate Autorun method successful!", MsgIcon::Exclamation, true},
-      {MsgResult::Yes, true, true, {question, "Error: Autorun unsuccessful."},
-       {"set", "shortcut"}, "Alternate Autorun method was not successful.",
-       MsgIcon::Information, false},
-      {MsgResult::Yes, false, false, {question, "Error: Autorun unsuccessful."}, {"set"},
-       "Cannot identify program location. Alternate Autorun method was not successful.",
-       MsgIcon::Critical, false},
+  const std::string failed = "Error: Autorun unsuccessful.: ";
+  // The answer to the offer, whether the shortcut fails, whether the program is found; then
+  // what follows the offer and the calls made.
+  const std::tuple<MsgResult, bool, bool, std::string, Strs> cases[] = {
+      {MsgResult::No, false, true, "", {"set"}},
+      {MsgResult::Yes, false, true, "! Autorun success.: Alternate Autorun method successful!",
+       {"set", "shortcut"}},
+      {MsgResult::Yes, true, true, "i " + failed + "Alternate Autorun method was not successful.",
+       {"set", "shortcut"}},
+      {MsgResult::Yes, false, false, "x " + failed + "Cannot identify program location. "
+       "Alternate Autorun method was not successful.", {"set"}},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.lastText);
+  for (const auto& [answer, shortcutFails, exeExists, then, calls] : cases) {
+    SCOPED_TRACE(then);
     Dialog d;
     d.launch.registryLocked = true;
-    d.launch.shortcutFails = c.shortcutFails;
-    d.launch.exeExists = c.exeExists;
-    d.messages.answer = c.answer;
+    d.launch.shortcutFails = shortcutFails;
+    d.launch.exeExists = exeExists;
+    d.messages.answer = answer;
     d.Load().SetChkAutoRun(true);
     d.form.cmdOp_Click(0);
-    ASSERT_EQ(d.messages.Titles(), c.titles);
-    const auto& first = d.messages.shown[0];
-    EXPECT_EQ(first.icon, MsgIcon::Critical);
-    EXPECT_EQ(first.buttons, MsgButtons::YesNo);
-    EXPECT_NE(first.text.find("system registry. \r\n\r\nWould you like Marquill"), std::string::npos);
-    EXPECT_NE(first.text.find("on the \"marquill\" label and select \"Delete\" from the menu that "
-                              "pops up under your mouse cursor.\r\n\r\nShall I proceed to try "
-                              "this alternate method?"),
-              std::string::npos);
-    if (c.titles.size() > 1) {
-      EXPECT_EQ(d.messages.shown[1].text, c.lastText);
-      EXPECT_EQ(d.messages.shown[1].icon, c.lastIcon);
-    }
-    EXPECT_EQ(d.launch.calls, c.calls);
-    EXPECT_EQ(d.launch.shortcut, c.checked);
-    if (c.answer == MsgResult::No) EXPECT_FALSE(d.form.chkAutoRun);
+    Strs log = d.messages.Log();
+    ASSERT_EQ(log.size(), then.empty() ? 1u : 2u);
+    EXPECT_EQ(log[0].rfind("xyn Error: Cannot access System Registry.: ", 0), 0u);
+    EXPECT_NE(log[0].find("system registry. \r\n\r\nWould you like Marquill"), std::string::npos);
+    EXPECT_NE(log[0].find("on the \"marquill\" label and select \"Delete\" from the menu that pops "
+                          "up under your mouse cursor.\r\n\r\nShall I proceed to try this "
+                          "alternate method?"), std::string::npos);
+    if (!then.empty()) EXPECT_EQ(log[1], then);
+    EXPECT_EQ(d.launch.calls, calls);
+    EXPECT_EQ(d.form.chkAutoRun, answer == MsgResult::Yes) << "unchecked when declined";
+    EXPECT_EQ(d.launch.shortcut, calls.size() == 2 && !shortcutFails);
     EXPECT_EQ(d.port.Get(u"Set_Sz"), "1") << "the rest is saved";
   }
   Dialog off;  // unchecking while the registry is locked reports nothing
@@ -360,10 +329,9 @@ TEST(SettingsDialog, ShortcutInEffectCannotBeUnchecked) {
   frmSettings& f = d.Load();
   EXPECT_TRUE(f.ShortcutAutoRun);
   f.lblAutoRun_Click();
-  ASSERT_EQ(d.messages.Titles(), Strs{"Cannot automatically remove Start Up setting."});
-  EXPECT_EQ(d.messages.shown[0].icon, MsgIcon::Information);
-  EXPECT_NE(d.messages.shown[0].text.find("look for the label \"marquill\". Right-click"),
-            std::string::npos);
+  ASSERT_EQ(d.messages.Log().size(), 1u);
+  EXPECT_EQ(d.messages.Log()[0].rfind("i Cannot automatically remove Start Up setting.: ", 0), 0u);
+  EXPECT_NE(d.messages.Log()[0].find("look for the label \"marquill\". Right-click"), std::string::npos);
   EXPECT_TRUE(f.chkAutoRun);
   // The Run value found first: the shortcut is not looked at, and unchecking works.
   Dialog run;

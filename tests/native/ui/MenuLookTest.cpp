@@ -1,6 +1,13 @@
+// The tray menu's mark-up: the captions the program writes, the changes its commands make to
+// them, and how the menu engine reads them back to draw. Captions never come from outside
+// the program, so these are the ones that matter; the drawing itself is tested on Windows.
 #include "ui/MenuLook.h"
 
 #include <gtest/gtest.h>
+
+#include "app/MenuCaptions.h"
+#include "platform/MenuItem.h"
+#include "ui/modMenus.h"
 
 namespace mq {
 namespace {
@@ -20,114 +27,83 @@ std::string Look(TextView caption) {
   const char* kinds[] = {"command", "separator", "label", "sidebar"};
   return std::string(kinds[static_cast<int>(l.kind)]) + " " + S(l.text) + " " +
          std::to_string(l.image) + (l.isDefault ? " default" : "") + (l.bold ? " bold" : "") +
-         (l.italic ? " italic" : "") + (l.underline ? " underline" : "") +
          (l.accelerator.empty() ? "" : " [" + S(l.accelerator) + "]");
 }
 
-TEST(MenuLook, TrayCaptionsReadAsTheEngineDrawsThem) {
-  const std::pair<const char16_t*, const char*> cases[] = {
+TEST(MenuLook, TrayCaptionsAndTheirChangesReadAsTheEngineDrawsThem) {
+  // The enable item and the list item as the tray commands rewrite them: a flag present is
+  // carried as "DefaultTrue", which still reads as the default item.
+  const Text disable = u"Disable Me{IMG:I1}", show = u"Show Clip List{IMG:I6|DEFAULT}";
+  const Text enable = CaptionWithText(CaptionWithImage(disable, u"i2"), u"Enable Me");
+  const Text hide = CaptionWithText(show, u"Hide Clip List");
+  EXPECT_EQ(S(enable), "Enable Me{IMG:i2}");
+  EXPECT_EQ(S(hide), "Hide Clip List{IMG:I6|DefaultTrue}");
+  EXPECT_EQ(S(CaptionWithText(hide, u"Show Clip List")), "Show Clip List{IMG:I6|DefaultTrue}");
+  const std::pair<Text, const char*> cases[] = {
+      {disable, "command Disable Me 1"},
+      {enable, "command Enable Me 2"},
+      {show, "command Show Clip List 6 default"},
+      {hide, "command Hide Clip List 6 default"},
       {u"-{Raised}[ENABLED]", "label [ENABLED] 0"},
-      {u"Enable Me{IMG:i2}", "command Enable Me 2"},
-      {u"Show Clip List{IMG:I6|DEFAULT}", "command Show Clip List 6 default"},
-      {u"Hide Clip List{IMG:I6|DefaultTrue}", "command Hide Clip List 6 default"},
-      {u"Exit{Bold|Italic}\tAlt+F4", "command Exit 0 bold italic [Alt+F4]"},
       {u"-", "separator - 0"},
-      {u" - {Bold}", "separator - 0 bold"},
-      {u"-x", "command -x 0"},
-      // Before start-up replaces it, the sidebar item is a plain caption.
-      {u"sidebar", "command sidebar 0"},
-      {u"{Sidebar|Text:Hi}", "sidebar  0"},
-      {u"{sidebar}", "sidebar  0"},
-      // Image tokens other than "I" and a number name no image.
-      {u"x{IMG:Icon}", "command x 0"},
-      {u"x{IMG:I}", "command x 0"},
-      {u"x{IMG:4}", "command x 0"},
-      {u"x{IMG:I4b}", "command x 0"},
+      {u"Exit{IMG:I5}", "command Exit 5"},
+      {u"Copy\tCtrl+C{IMG:I1}", "command Copy 0 [Ctrl+C{IMG:I1}]"},  // all after the tab
+      {u"x{IMG:Icon}", "command x 0"},  // only "I" and a number name an image
+      {u"sidebar", "command sidebar 0"},  // before start-up replaces it
+      {SidebarCaption(), "sidebar  0"},
   };
   for (const auto& [caption, look] : cases) EXPECT_EQ(Look(caption), look) << S(caption);
+  EXPECT_FALSE(IsSidebarCaption(u"About{IMG:I4|Sidebar}"));
+  // Reading a property: by prefix and in any case, "True" for a flag, "0" for no value.
+  const std::tuple<const char16_t*, const char16_t*, const char*> properties[] = {
+      {u"{IMG:I4|", u"img:", "I4"},        {u"{IMG:I6|DEFAULT|", u"Default", "True"},
+      {u"{Raised|", u"Raised", "True"},    {u"{IMG:I4|", u"Default", ""},
+      {u"{IMG:|", u"IMG:", "0"},           {u"{IMGBKG|", u"IMG:", ""},
+      {u"{Tip:Bold|IMG:I1|", u"Bold", ""}, {u"{Tip:Bold|IMG:I1|", u"IMG:", "I1"}};
+  for (const auto& [block, name, value] : properties)
+    EXPECT_EQ(S(modMenus::ReadProperty(block, name)), value) << S(block) << " " << S(name);
 }
 
-TEST(MenuLook, SidebarValuesAreKeptWithinTheirLimits) {
-  auto none = ReadSidebarLook(u"{Sidebar}", nullptr);
-  EXPECT_EQ(S(none.text) + " " + S(none.fontName), "Brasca<br>Menus Arial");
-  EXPECT_TRUE(none.systemBackColour);
-  EXPECT_FALSE(none.gradient);
-  struct {
-    const char16_t* caption;
-    double size, minSize;
-    int width;
-    SidebarLook::Align align;
-  } limits[] = {{u"{Sidebar}", 11, 5, 35, SidebarLook::Align::Centre},
-                {u"{Sidebar|FSize:30|MinFSize:28|Width:20|Align:bot}", 24, 24, 35,
-                 SidebarLook::Align::Bottom},
-                {u"{Sidebar|FSize:3|MinFSize:1|Width:60|Align:Top}", 7, 5, 60,
-                 SidebarLook::Align::Top}};
-  for (const auto& c : limits) {
-    auto look = ReadSidebarLook(c.caption, nullptr);
-    EXPECT_EQ(look.fontSize, c.size) << S(c.caption);
-    EXPECT_EQ(look.minFontSize, c.minSize) << S(c.caption);
-    EXPECT_EQ(look.width, c.width) << S(c.caption);
-    EXPECT_EQ(look.align, c.align) << S(c.caption);
-  }
-  auto colours = ReadSidebarLook(u"{Sidebar|FColor:vbWhite|BColor:junk|GColor:1}", nullptr);
-  EXPECT_EQ(colours.textColour, 0xFFFFFFu);
-  EXPECT_TRUE(colours.systemBackColour);
-  EXPECT_FALSE(colours.gradient);
+TEST(MenuLook, TheSidebarReadsBackAsWritten) {
+  const SidebarLook look = ReadSidebarLook(SidebarCaption(), nullptr);
+  EXPECT_EQ(S(look.text) + "|" + S(look.fontName), "Marquill|Tahoma");
+  EXPECT_EQ(look.fontSize, 14);
+  EXPECT_TRUE(look.bold);
+  EXPECT_FALSE(look.italic || look.underline || look.disabled || look.systemBackColour);
+  EXPECT_EQ(look.textColour, Rgb(255, 255, 255));
+  EXPECT_EQ(look.backColour, Rgb(24, 64, 128));
+  EXPECT_TRUE(look.gradient);
+  EXPECT_EQ(look.gradientColour, Rgb(92, 150, 214));
+  EXPECT_EQ(look.width, 35) << "written as 24, read up to the reader's minimum";
+  EXPECT_EQ(look.align, SidebarLook::Align::Bottom);
+  // Font sizes are kept within their limits on both sides.
+  modMenus::SidebarOptions small;
+  small.fontSize = 8;
+  small.width = 10;
+  EXPECT_EQ(S(modMenus::BuildSidebarCaption(small)),
+            "{Sidebar|Text: |Font:Arial|FSize:9|FColor:0|BColor:1|Width:16|Align:Ctr}");
+  auto big = ReadSidebarLook(u"{Sidebar|FSize:30|MinFSize:28|BColor:junk}", nullptr);
+  EXPECT_EQ(big.fontSize + big.minFontSize, 48);
+  EXPECT_TRUE(big.systemBackColour) << "a colour that cannot be read is the menu's own";
+  // System colours are asked for by index.
   auto sys = ReadSidebarLook(u"{Sidebar|BColor:vbHighlight|GColor:&H800000}",
                              [](int i) { return 0x100u + static_cast<uint32_t>(i); });
-  EXPECT_FALSE(sys.systemBackColour);
   EXPECT_EQ(sys.backColour, 0x10Du);
-  EXPECT_TRUE(sys.gradient);
   EXPECT_EQ(sys.gradientColour, 0x800000u);
-
-  // A caption the program builds reads back; a tip naming a flag does not set it.
-  modMenus::SidebarOptions o;
-  o.text = u"Marquill";
-  o.tip = u"Bold move";
-  o.italic = true;
-  o.backColour = 0x7A4A1E;
-  o.gradientColour = 0xD08A3C;
-  o.width = 30;
-  o.alignment = 2;
-  const Text caption = modMenus::BuildSidebarCaption(o);
-  auto look = ReadSidebarLook(caption, nullptr);
-  EXPECT_EQ(S(look.text) + "|" + S(look.tip), "Marquill|Bold move");
-  EXPECT_FALSE(look.bold || look.disabled);
-  EXPECT_TRUE(look.italic);
-  EXPECT_EQ(look.backColour, 0x7A4A1Eu);
-  EXPECT_EQ(look.gradientColour, 0xD08A3Cu);
-  EXPECT_EQ(look.width, 35);  // written as 30, read up to the reader's minimum
-  EXPECT_EQ(look.align, SidebarLook::Align::Bottom);
-  EXPECT_TRUE(IsSidebarCaption(caption));
-  EXPECT_FALSE(IsSidebarCaption(u"About{IMG:I4|Sidebar}"));
+  EXPECT_EQ(modMenus::ParseColour(u"-2147483633", 7, [](int i) { return uint32_t(i); }), 15u);
+  EXPECT_EQ(modMenus::ParseColour(u"vbHighlight", 7, nullptr), 7u);
 }
 
-TEST(MenuLook, SidebarLinesBreakAndSplitNearTheMiddle) {
+TEST(MenuLook, SidebarTextBreaksThenShrinksThenWraps) {
   LineMeasure tenPerChar = [](TextView l) { return static_cast<int>(l.size()) * 10; };
-  struct {
-    const char16_t* text;
-    bool wrap;
-    int width;
-    Lines lines;
-  } cases[] = {
-      // Not wrapped: only "<br!>" breaks; "<br>" and "<br0>" are spaces.
-      {u"Brasca<br>Menus", false, 0, {"Brasca Menus"}},
-      {u"A<BR!>B<br>C<br0>D", false, 0, {"A", "B C D"}},
-      // Wrapped: every "<br>" breaks, "<br0>" stays a space.
-      {u"A<br>B<br0>C", true, 1000, {"A", "B C"}},
-      // Spaces at 3 and 7 equally far from the middle: the earlier one wins.
-      {u"aaa bbb ccc", true, 80, {"aaa", "bbb ccc"}},
-      // The measured width plus 6 must fit: 70 + 6 > 75, so "bbb ccc" is split again.
-      {u"aaa bbb ccc", true, 75, {"aaa", "bbb", "ccc"}},
-      {u"aaa bbb", true, 76, {"aaa bbb"}},
-      {u"a bbbbb cc", true, 80, {"a bbbbb", "cc"}},  // nearest the middle, not the first
-      {u"Marquill", true, 10, {"Marquill"}},  // no spaces: whole, however long
-  };
-  for (const auto& c : cases)
-    EXPECT_EQ(S(SidebarLines(c.text, c.wrap, c.width, tenPerChar)), c.lines) << S(c.text) << c.width;
-}
+  // Not wrapped: only "<br!>" breaks; wrapped, every "<br>" does and a long line is split at
+  // the space nearest its middle while measured width plus 6 does not fit.
+  EXPECT_EQ(S(SidebarLines(u"A<BR!>B<br>C<br0>D", false, 0, tenPerChar)), (Lines{"A", "B C D"}));
+  EXPECT_EQ(S(SidebarLines(u"A<br>B<br0>C", true, 1000, tenPerChar)), (Lines{"A", "B C"}));
+  EXPECT_EQ(S(SidebarLines(u"aaa bbb ccc", true, 75, tenPerChar)), (Lines{"aaa", "bbb", "ccc"}));
+  EXPECT_EQ(S(SidebarLines(u"a bbbbb cc", true, 80, tenPerChar)), (Lines{"a bbbbb", "cc"}));
+  EXPECT_EQ(S(SidebarLines(u"Marquill", true, 10, tenPerChar)), (Lines{"Marquill"}));
 
-TEST(MenuLook, SidebarTextShrinksThenWraps) {
   SizedMeasure perPoint = [](TextView l, double pt) {
     return static_cast<int>(static_cast<double>(l.size()) * pt);
   };
@@ -135,20 +111,16 @@ TEST(MenuLook, SidebarTextShrinksThenWraps) {
   look.text = u"ab cd";  // 5 characters
   look.fontSize = 12;
   look.minFontSize = 8;
-  struct {
-    int width;
-    double points;
-    bool wrapped;
-  } cases[] = {{100, 12, false},
-               {5 * 10 + 6, 10, false},  // fits at 10 points
-               {2 * 12 + 6, 12, true},   // "ab" fits at 12
-               {2 * 9 + 6, 9, true},     // "ab" fits from 9 points
-               {3, 8, true}};            // hopeless: the smallest, wrapped
-  for (const auto& c : cases) {
-    auto laid = LayOutSidebarText(look, c.width, perPoint);
-    EXPECT_EQ(laid.pointSize, c.points) << c.width;
-    EXPECT_EQ(laid.wrapped, c.wrapped) << c.width;
-    EXPECT_EQ(S(laid.lines), c.wrapped ? (Lines{"ab", "cd"}) : (Lines{"ab cd"})) << c.width;
+  const std::tuple<int, double, bool> cases[] = {
+      {100, 12, false}, {5 * 10 + 6, 10, false},  // fits at 10 points
+      {2 * 12 + 6, 12, true},                    // "ab" fits at 12
+      {2 * 9 + 6, 9, true},                      // "ab" fits from 9 points
+      {3, 8, true}};                             // hopeless: the smallest, wrapped
+  for (const auto& [width, points, wrapped] : cases) {
+    auto laid = LayOutSidebarText(look, width, perPoint);
+    EXPECT_EQ(laid.pointSize, points) << width;
+    EXPECT_EQ(S(laid.lines), wrapped ? (Lines{"ab", "cd"}) : (Lines{"ab cd"})) << width;
+    EXPECT_EQ(laid.wrapped, wrapped) << width;
   }
 }
 
