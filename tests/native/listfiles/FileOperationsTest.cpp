@@ -244,9 +244,6 @@ TEST_F(ListFiles, FileMarksAndNames) {
   }
   EXPECT_EQ(FileOperations::ReadFileMagic(files, u"missing"), u"");
   EXPECT_FALSE(FileOperations::FileExists(files, u"missing"));
-  for (auto [path, name] : {std::pair{u"C:\\dir\\notes.mql", u"notes.mql"}, {u"notes.mql", u""},
-                            {u"C:\\dir\\", u""}, {u"", u""}})
-    EXPECT_EQ(FileOperations::FileNameOnly(path), Text(name)) << ToUtf8(path);
 
 }
 
