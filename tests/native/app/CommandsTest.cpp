@@ -230,7 +230,7 @@ TEST(Hotkeys, PasteNeedsARowButNotTheEnabledState) {
   EXPECT_EQ(h.list.lstClip.ListCount(), 0) << "a fresh installation deletes pasted entries";
 }
 
-// Capture off, and single mode rewriting in place, are also copied into end to end.
+// Capture off, and single mode rewriting in place, are also checked end to end.
 TEST(ClipboardChanges, DependOnTheStateAndTheGuard) {
   Loaded h;
   auto copy = [&](const char16_t* text) {
