@@ -123,14 +123,7 @@ TEST_F(ListFiles, RefusalsLeaveTheListAlone) {
     EXPECT_TRUE(store.InvariantsHold());
   }
 
-  // A failed save reports the system's text and leaves the existing file as it was.
-  files.files[Text(kPath)] = "old contents";
-  files.failWritesWith = u"There is not enough space on the disk.";
-  auto saved = FileOperations::SaveListFile(context, kPath, false, u"");
-  EXPECT_FALSE(saved.ok);
-  EXPECT_EQ(ToUtf8(saved.error), "There is not enough space on the disk.");
-  EXPECT_EQ(files.files[Text(kPath)], "old contents");
-
+  // A failed save's report and the file it leaves alone: the save command's test.
   ASSERT_EQ(Load(u"p.mqp", LoadMode::OpenAsNew, true, u"right"), LoadStatus::Loaded);
   EXPECT_EQ(Queue(), (Strs{"old0", "old1", "old2", "secret"}));
 }
