@@ -42,6 +42,19 @@ struct MainHarness {
     return -1;
   }
   bool CtrlKeyRegistered(uint32_t vkey) const { return hotkeys.IsRegistered(2, vkey); }
+  // What the user sees of the main state: capture, mode, formatting, the case menu (its
+  // header and the checked item), the tray icon and tip, and the clip list window's fader.
+  std::string State() {
+    std::string checked;
+    for (const MenuItem* item : main.mnuOpHead().items)
+      if (item->checked) checked += ToUtf8(item->name);
+    return std::string(main.Enabled() ? "on" : "off") + (main.SingleMode() ? " single" : " multi") +
+           (main.Purging() ? " purge" : "") + " case" + std::to_string(main.CaseOp()) + " [" +
+           ToUtf8(main.mnuOpHead().caption) + " " + checked + "] icon" + std::to_string(tray.icon) +
+           " \"" + tray.tip + "\" fader " + std::to_string(list.Fader1.opacity) + "/" +
+           std::to_string(list.Fader1.fadeIn) + "/" + std::to_string(list.Fader1.fadeOut) +
+           (main.NoFade() ? " nofade" : "");
+  }
 
   EventLog log;
   FakeSettings port;

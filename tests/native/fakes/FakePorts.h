@@ -98,6 +98,20 @@ class FakeMessageBoxes : public MessageBoxes {
     if (onShow) onShow();
     return buttons == MsgButtons::YesNo ? answer : MsgResult::Ok;
   }
+  std::vector<std::string> Titles() const {
+    std::vector<std::string> out;
+    for (const auto& m : shown) out.push_back(m.title);
+    return out;
+  }
+  // Every box shown as "<icon><buttons> title: text": the icon one of "-!x?i" (none,
+  // exclamation, critical, question, information), "yn" for Yes and No buttons.
+  std::vector<std::string> Log() const {
+    std::vector<std::string> out;
+    for (const auto& m : shown)
+      out.push_back(std::string(1, "-!x?i"[static_cast<int>(m.icon)]) +
+                    (m.buttons == MsgButtons::YesNo ? "yn " : " ") + m.title + ": " + m.text);
+    return out;
+  }
   std::vector<Shown> shown;
   MsgResult answer = MsgResult::Yes;
   std::function<void()> onShow;

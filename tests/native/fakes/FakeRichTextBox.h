@@ -31,7 +31,6 @@ class FakeRichTextBox : public RichTextBox {
     return out;
   }
   void SetPlainText(TextView text) override {
-    ++plainWrites;
     document_ = "{\\rtf1 " + Narrow(text) + "}";
   }
   Bytes Rtf() override { return document_; }
@@ -39,7 +38,6 @@ class FakeRichTextBox : public RichTextBox {
 
   const Bytes& Document() const { return document_; }
   int loads = 0;
-  int plainWrites = 0;
 
  private:
   Bytes document_;

@@ -25,7 +25,6 @@ class FakeSettings : public SettingsPort {
     return true;
   }
 
-  bool Has(TextView key) const { return values.count(Text(key)) != 0; }
   std::string Get(TextView key) const {
     auto it = values.find(Text(key));
     return it == values.end() ? "<absent>" : ToUtf8(it->second);

@@ -1,148 +1,109 @@
+// The tray menu's mark-up: the captions the program writes, the changes its commands make to
+// them, and how the menu engine reads them back to draw. Captions never come from outside
+// the program, so these are the ones that matter; the drawing itself is tested on Windows.
 #include "ui/MenuLook.h"
 
 #include <gtest/gtest.h>
 
+#include "app/MenuCaptions.h"
+#include "platform/MenuItem.h"
+#include "ui/modMenus.h"
+
 namespace mq {
 namespace {
 
-std::string S(TextView t) { return ToUtf8(t); }
+using Lines = std::vector<std::string>;
 
-std::vector<std::string> S(const std::vector<Text>& lines) {
-  std::vector<std::string> out;
+std::string S(TextView t) { return ToUtf8(t); }
+Lines S(const std::vector<Text>& lines) {
+  Lines out;
   for (const auto& l : lines) out.push_back(ToUtf8(l));
   return out;
 }
 
-using Lines = std::vector<std::string>;
-
-TEST(MenuLook, TrayCaptionsReadAsTheEngineDrawsThem) {
-  auto label = ReadItemLook(u"-{Raised}[ENABLED]");
-  EXPECT_EQ(label.kind, ItemLook::Kind::RaisedLabel);
-  EXPECT_EQ(S(label.text), "[ENABLED]");
-
-  auto enable = ReadItemLook(u"Enable Me{IMG:i2}");
-  EXPECT_EQ(enable.kind, ItemLook::Kind::Command);
-  EXPECT_EQ(S(enable.text), "Enable Me");
-  EXPECT_EQ(enable.image, 2);
-
-  auto list = ReadItemLook(u"Show Clip List{IMG:I6|DEFAULT}");
-  EXPECT_TRUE(list.isDefault);
-  EXPECT_EQ(list.image, 6);
-  auto carried = ReadItemLook(u"Hide Clip List{IMG:I6|DefaultTrue}");
-  EXPECT_TRUE(carried.isDefault);
-
-  EXPECT_EQ(ReadItemLook(u"-").kind, ItemLook::Kind::Separator);
-  EXPECT_EQ(ReadItemLook(u" - {Bold}").kind, ItemLook::Kind::Separator);
-  EXPECT_EQ(ReadItemLook(u"-x").kind, ItemLook::Kind::Command);
-  // Before start-up replaces it, the sidebar item is a plain caption.
-  EXPECT_EQ(ReadItemLook(u"sidebar").kind, ItemLook::Kind::Command);
-  EXPECT_EQ(ReadItemLook(u"{Sidebar|Text:Hi}").kind, ItemLook::Kind::Sidebar);
-  EXPECT_EQ(ReadItemLook(u"{sidebar}").kind, ItemLook::Kind::Sidebar);
-
-  auto plain = ReadItemLook(u"Exit{Bold|Italic}\tAlt+F4");
-  EXPECT_EQ(plain.image, 0);
-  EXPECT_FALSE(plain.isDefault);
-  EXPECT_TRUE(plain.bold);
-  EXPECT_TRUE(plain.italic);
-  EXPECT_FALSE(plain.underline);
-  EXPECT_EQ(S(plain.accelerator), "Alt+F4");
-  // Image tokens other than "I" and a number name no image.
-  for (auto c : {u"x{IMG:Icon}", u"x{IMG:I}", u"x{IMG:4}", u"x{IMG:I4b}"})
-    EXPECT_EQ(ReadItemLook(c).image, 0) << S(c);
+// An item as the engine draws it: kind, text, image, then its marks.
+std::string Look(TextView caption) {
+  const ItemLook l = ReadItemLook(caption);
+  const char* kinds[] = {"command", "separator", "label", "sidebar"};
+  return std::string(kinds[static_cast<int>(l.kind)]) + " " + S(l.text) + " " +
+         std::to_string(l.image) + (l.isDefault ? " default" : "") + (l.bold ? " bold" : "") +
+         (l.accelerator.empty() ? "" : " [" + S(l.accelerator) + "]");
 }
 
-TEST(MenuLook, SidebarDefaultsAndLimits) {
-  auto none = ReadSidebarLook(u"{Sidebar}", nullptr);
-  EXPECT_EQ(S(none.text), "Brasca<br>Menus");
-  EXPECT_EQ(S(none.fontName), "Arial");
-  EXPECT_EQ(none.fontSize, 11);
-  EXPECT_EQ(none.minFontSize, 5);
-  EXPECT_FALSE(none.bold);
-  EXPECT_EQ(none.textColour, 0u);
-  EXPECT_TRUE(none.systemBackColour);
-  EXPECT_FALSE(none.gradient);
-  EXPECT_EQ(none.width, 35);
-  EXPECT_EQ(none.align, SidebarLook::Align::Centre);
+TEST(MenuLook, TrayCaptionsAndTheirChangesReadAsTheEngineDrawsThem) {
+  // The enable item and the list item as the tray commands rewrite them: a flag present is
+  // carried as "DefaultTrue", which still reads as the default item.
+  const Text disable = u"Disable Me{IMG:I1}", show = u"Show Clip List{IMG:I6|DEFAULT}";
+  const Text enable = CaptionWithText(CaptionWithImage(disable, u"i2"), u"Enable Me");
+  const Text hide = CaptionWithText(show, u"Hide Clip List");
+  EXPECT_EQ(S(enable), "Enable Me{IMG:i2}");
+  EXPECT_EQ(S(hide), "Hide Clip List{IMG:I6|DefaultTrue}");
+  EXPECT_EQ(S(CaptionWithText(hide, u"Show Clip List")), "Show Clip List{IMG:I6|DefaultTrue}");
+  const std::pair<Text, const char*> cases[] = {
+      {disable, "command Disable Me 1"},
+      {enable, "command Enable Me 2"},
+      {show, "command Show Clip List 6 default"},
+      {hide, "command Hide Clip List 6 default"},
+      {u"-{Raised}[ENABLED]", "label [ENABLED] 0"},
+      {u"-", "separator - 0"},
+      {u"Exit{IMG:I5}", "command Exit 5"},
+      {u"Copy\tCtrl+C{IMG:I1}", "command Copy 0 [Ctrl+C{IMG:I1}]"},  // all after the tab
+      {u"x{IMG:Icon}", "command x 0"},  // only "I" and a number name an image
+      {u"sidebar", "command sidebar 0"},  // before start-up replaces it
+      {SidebarCaption(), "sidebar  0"},
+  };
+  for (const auto& [caption, look] : cases) EXPECT_EQ(Look(caption), look) << S(caption);
+  EXPECT_FALSE(IsSidebarCaption(u"About{IMG:I4|Sidebar}"));
+  // Reading a property: by prefix and in any case, "True" for a flag, "0" for no value.
+  const std::tuple<const char16_t*, const char16_t*, const char*> properties[] = {
+      {u"{IMG:I4|", u"img:", "I4"},        {u"{IMG:I6|DEFAULT|", u"Default", "True"},
+      {u"{Raised|", u"Raised", "True"},    {u"{IMG:I4|", u"Default", ""},
+      {u"{IMG:|", u"IMG:", "0"},           {u"{IMGBKG|", u"IMG:", ""},
+      {u"{Tip:Bold|IMG:I1|", u"Bold", ""}, {u"{Tip:Bold|IMG:I1|", u"IMG:", "I1"}};
+  for (const auto& [block, name, value] : properties)
+    EXPECT_EQ(S(modMenus::ReadProperty(block, name)), value) << S(block) << " " << S(name);
+}
 
-  auto big = ReadSidebarLook(u"{Sidebar|FSize:30|MinFSize:28|Width:20|Align:bot}", nullptr);
-  EXPECT_EQ(big.fontSize, 24);
-  EXPECT_EQ(big.minFontSize, 24);
-  EXPECT_EQ(big.width, 35);
-  EXPECT_EQ(big.align, SidebarLook::Align::Bottom);
-  auto small = ReadSidebarLook(u"{Sidebar|FSize:3|MinFSize:1|Width:60|Align:Top}", nullptr);
-  EXPECT_EQ(small.fontSize, 7);
-  EXPECT_EQ(small.minFontSize, 5);
-  EXPECT_EQ(small.width, 60);
-  EXPECT_EQ(small.align, SidebarLook::Align::Top);
-
-  auto colours = ReadSidebarLook(u"{Sidebar|FColor:vbWhite|BColor:junk|GColor:1}", nullptr);
-  EXPECT_EQ(colours.textColour, 0xFFFFFFu);
-  EXPECT_TRUE(colours.systemBackColour);
-  EXPECT_FALSE(colours.gradient);
+TEST(MenuLook, TheSidebarReadsBackAsWritten) {
+  const SidebarLook look = ReadSidebarLook(SidebarCaption(), nullptr);
+  EXPECT_EQ(S(look.text) + "|" + S(look.fontName), "Marquill|Tahoma");
+  EXPECT_EQ(look.fontSize, 14);
+  EXPECT_TRUE(look.bold);
+  EXPECT_FALSE(look.italic || look.underline || look.disabled || look.systemBackColour);
+  EXPECT_EQ(look.textColour, Rgb(255, 255, 255));
+  EXPECT_EQ(look.backColour, Rgb(24, 64, 128));
+  EXPECT_TRUE(look.gradient);
+  EXPECT_EQ(look.gradientColour, Rgb(92, 150, 214));
+  EXPECT_EQ(look.width, 35) << "written as 24, read up to the reader's minimum";
+  EXPECT_EQ(look.align, SidebarLook::Align::Bottom);
+  // Font sizes are kept within their limits on both sides.
+  modMenus::SidebarOptions small;
+  small.fontSize = 8;
+  small.width = 10;
+  EXPECT_EQ(S(modMenus::BuildSidebarCaption(small)),
+            "{Sidebar|Text: |Font:Arial|FSize:9|FColor:0|BColor:1|Width:16|Align:Ctr}");
+  auto big = ReadSidebarLook(u"{Sidebar|FSize:30|MinFSize:28|BColor:junk}", nullptr);
+  EXPECT_EQ(big.fontSize + big.minFontSize, 48);
+  EXPECT_TRUE(big.systemBackColour) << "a colour that cannot be read is the menu's own";
+  // System colours are asked for by index.
   auto sys = ReadSidebarLook(u"{Sidebar|BColor:vbHighlight|GColor:&H800000}",
                              [](int i) { return 0x100u + static_cast<uint32_t>(i); });
-  EXPECT_FALSE(sys.systemBackColour);
   EXPECT_EQ(sys.backColour, 0x10Du);
-  EXPECT_TRUE(sys.gradient);
   EXPECT_EQ(sys.gradientColour, 0x800000u);
+  EXPECT_EQ(modMenus::ParseColour(u"-2147483633", 7, [](int i) { return uint32_t(i); }), 15u);
+  EXPECT_EQ(modMenus::ParseColour(u"vbHighlight", 7, nullptr), 7u);
 }
 
-TEST(MenuLook, BuiltSidebarReadsBack) {
-  modMenus::SidebarOptions o;
-  o.text = u"Marquill";
-  o.faceName = u"Tahoma";
-  o.tip = u"Bold move";  // a tip naming a flag must not set it
-  o.fontSize = 14;
-  o.minFontSize = 8;
-  o.italic = true;
-  o.textColour = 0xFFFFFF;
-  o.backColour = 0x7A4A1E;
-  o.gradientColour = 0xD08A3C;
-  o.width = 30;
-  o.alignment = 2;
-  auto look = ReadSidebarLook(modMenus::BuildSidebarCaption(o), nullptr);
-  EXPECT_EQ(S(look.text), "Marquill");
-  EXPECT_EQ(S(look.fontName), "Tahoma");
-  EXPECT_EQ(S(look.tip), "Bold move");
-  EXPECT_EQ(look.fontSize, 14);
-  EXPECT_EQ(look.minFontSize, 8);
-  EXPECT_FALSE(look.bold);
-  EXPECT_TRUE(look.italic);
-  EXPECT_FALSE(look.disabled);
-  EXPECT_EQ(look.textColour, 0xFFFFFFu);
-  EXPECT_EQ(look.backColour, 0x7A4A1Eu);
-  EXPECT_EQ(look.gradientColour, 0xD08A3Cu);
-  EXPECT_EQ(look.width, 35);  // written as 30, read up to the reader's minimum
-  EXPECT_EQ(look.align, SidebarLook::Align::Bottom);
-  EXPECT_TRUE(IsSidebarCaption(modMenus::BuildSidebarCaption(o)));
-  EXPECT_FALSE(IsSidebarCaption(u"About{IMG:I4|Sidebar}"));
-}
-
-TEST(MenuLook, SidebarLinesBreakAndSplitNearTheMiddle) {
+TEST(MenuLook, SidebarTextBreaksThenShrinksThenWraps) {
   LineMeasure tenPerChar = [](TextView l) { return static_cast<int>(l.size()) * 10; };
-
-  // Not wrapped: only "<br!>" breaks; "<br>" and "<br0>" are spaces.
-  EXPECT_EQ(S(SidebarLines(u"Brasca<br>Menus", false, 0, tenPerChar)), (Lines{"Brasca Menus"}));
-  EXPECT_EQ(S(SidebarLines(u"A<BR!>B<br>C<br0>D", false, 0, tenPerChar)),
-            (Lines{"A", "B C D"}));
-
-  // Wrapped: every "<br>" breaks, "<br0>" stays a space.
+  // Not wrapped: only "<br!>" breaks; wrapped, every "<br>" does and a long line is split at
+  // the space nearest its middle while measured width plus 6 does not fit.
+  EXPECT_EQ(S(SidebarLines(u"A<BR!>B<br>C<br0>D", false, 0, tenPerChar)), (Lines{"A", "B C D"}));
   EXPECT_EQ(S(SidebarLines(u"A<br>B<br0>C", true, 1000, tenPerChar)), (Lines{"A", "B C"}));
-
-  // 11 characters, spaces at 3 and 7 equally far from the middle: the earlier one wins.
-  EXPECT_EQ(S(SidebarLines(u"aaa bbb ccc", true, 80, tenPerChar)), (Lines{"aaa", "bbb ccc"}));
-  // The measured width plus 6 must fit: 70 + 6 > 75, so "bbb ccc" is split again.
-  EXPECT_EQ(S(SidebarLines(u"aaa bbb ccc", true, 75, tenPerChar)),
-            (Lines{"aaa", "bbb", "ccc"}));
-  // Exactly at the limit it fits.
-  EXPECT_EQ(S(SidebarLines(u"aaa bbb", true, 76, tenPerChar)), (Lines{"aaa bbb"}));
-  // Nearest the middle, not the first space.
+  EXPECT_EQ(S(SidebarLines(u"aaa bbb ccc", true, 75, tenPerChar)), (Lines{"aaa", "bbb", "ccc"}));
   EXPECT_EQ(S(SidebarLines(u"a bbbbb cc", true, 80, tenPerChar)), (Lines{"a bbbbb", "cc"}));
-  // A line without spaces stays whole, however long.
   EXPECT_EQ(S(SidebarLines(u"Marquill", true, 10, tenPerChar)), (Lines{"Marquill"}));
-}
 
-TEST(MenuLook, SidebarTextShrinksThenWraps) {
   SizedMeasure perPoint = [](TextView l, double pt) {
     return static_cast<int>(static_cast<double>(l.size()) * pt);
   };
@@ -150,29 +111,17 @@ TEST(MenuLook, SidebarTextShrinksThenWraps) {
   look.text = u"ab cd";  // 5 characters
   look.fontSize = 12;
   look.minFontSize = 8;
-
-  auto roomy = LayOutSidebarText(look, 100, perPoint);
-  EXPECT_EQ(roomy.pointSize, 12);
-  EXPECT_FALSE(roomy.wrapped);
-  EXPECT_EQ(S(roomy.lines), (Lines{"ab cd"}));
-
-  auto shrunk = LayOutSidebarText(look, 5 * 10 + 6, perPoint);  // fits at 10 points
-  EXPECT_EQ(shrunk.pointSize, 10);
-  EXPECT_FALSE(shrunk.wrapped);
-
-  auto wrapped = LayOutSidebarText(look, 2 * 12 + 6, perPoint);  // "ab" fits at 12
-  EXPECT_TRUE(wrapped.wrapped);
-  EXPECT_EQ(wrapped.pointSize, 12);
-  EXPECT_EQ(S(wrapped.lines), (Lines{"ab", "cd"}));
-
-  auto tight = LayOutSidebarText(look, 2 * 9 + 6, perPoint);  // "ab" fits from 9 points
-  EXPECT_TRUE(tight.wrapped);
-  EXPECT_EQ(tight.pointSize, 9);
-
-  auto hopeless = LayOutSidebarText(look, 3, perPoint);
-  EXPECT_TRUE(hopeless.wrapped);
-  EXPECT_EQ(hopeless.pointSize, 8);
-  EXPECT_EQ(S(hopeless.lines), (Lines{"ab", "cd"}));
+  const std::tuple<int, double, bool> cases[] = {
+      {100, 12, false}, {5 * 10 + 6, 10, false},  // fits at 10 points
+      {2 * 12 + 6, 12, true},                    // "ab" fits at 12
+      {2 * 9 + 6, 9, true},                      // "ab" fits from 9 points
+      {3, 8, true}};                             // hopeless: the smallest, wrapped
+  for (const auto& [width, points, wrapped] : cases) {
+    auto laid = LayOutSidebarText(look, width, perPoint);
+    EXPECT_EQ(laid.pointSize, points) << width;
+    EXPECT_EQ(S(laid.lines), wrapped ? (Lines{"ab", "cd"}) : (Lines{"ab cd"})) << width;
+    EXPECT_EQ(laid.wrapped, wrapped) << width;
+  }
 }
 
 }  // namespace
