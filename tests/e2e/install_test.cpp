@@ -48,22 +48,8 @@ std::optional<std::wstring> RegString(const wchar_t* key, const wchar_t* value) 
 }
 
 bool KeyExists(const wchar_t* key) {
-  HKEY handle = nullptr;
-  if (RegOpenKeyExW(HKEY_CURRENT_USER, key, 0, KEY_READ, &handle) != ERROR_SUCCESS) return false;
-  RegCloseKey(handle);
-  return true;
-}
-
-// Runs a command line and returns its process handle (the caller closes it).
-HANDLE Launch(std::wstring command) {
-  STARTUPINFOW si{};
-  si.cb = sizeof(si);
-  PROCESS_INFORMATION pi{};
-  if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si,
-                      &pi))
-    return nullptr;
-  CloseHandle(pi.hThread);
-  return pi.hProcess;
+  mq::win32::UniqueRegKey handle;
+  return RegOpenKeyExW(HKEY_CURRENT_USER, key, 0, KEY_READ, handle.Out()) == ERROR_SUCCESS;
 }
 
 std::string Bytes(const fs::path& file) {
@@ -102,10 +88,6 @@ std::wstring ShortcutTarget(const fs::path& link) {
   }
   CoUninitialize();
   return target;
-}
-
-double Seconds(std::chrono::steady_clock::duration d) {
-  return std::chrono::duration<double>(d).count();
 }
 
 class Installation : public EndToEnd {
@@ -149,14 +131,9 @@ void Installation::InstallRunRemove(const std::wstring& options) {
 
   // Silent installation, with "Start Marquill when Windows starts" chosen.
   auto start = std::chrono::steady_clock::now();
-  HANDLE installer = Launch(L"\"" + setup.wstring() + L"\" /S /AUTORUN" + options);
-  ASSERT_NE(installer, nullptr) << "cannot start " << setup.string() << ", error " << GetLastError();
-  ASSERT_EQ(WaitForSingleObject(installer, 180000), WAIT_OBJECT_0);
-  DWORD code = 1;
-  GetExitCodeProcess(installer, &code);
-  CloseHandle(installer);
-  ASSERT_EQ(code, 0u);
-  const double installSeconds = Seconds(std::chrono::steady_clock::now() - start);
+  ASSERT_EQ(RunProgram(L"\"" + setup.wstring() + L"\" /S /AUTORUN" + options, 180s), 0)
+      << setup.string();
+  const std::chrono::duration<double> installTime = std::chrono::steady_clock::now() - start;
 
   // The files, each as built.
   const fs::path built = ProgramFolder();
@@ -193,13 +170,12 @@ void Installation::InstallRunRemove(const std::wstring& options) {
 
   // Silent removal while it runs: it is closed first and ends in order.
   start = std::chrono::steady_clock::now();
-  HANDLE uninstaller = Launch(L"\"" + (folder / L"uninstall.exe").wstring() + L"\" /S");
-  ASSERT_NE(uninstaller, nullptr);
-  CloseHandle(uninstaller);  // it hands over to a copy of itself outside the folder
+  // It hands over to a copy of itself outside the folder and ends.
+  ASSERT_EQ(RunProgram(L"\"" + (folder / L"uninstall.exe").wstring() + L"\" /S"), 0);
   EXPECT_TRUE(app.WaitExit(60s)) << "Marquill was not closed";
   EXPECT_EQ(app.ExitCode(), 0u) << "Marquill did not end in order";
-  EXPECT_TRUE(WaitFor([&] { return Gone(); }, 120s, 100ms));
-  const double uninstallSeconds = Seconds(std::chrono::steady_clock::now() - start);
+  WaitFor([&] { return Gone(); }, 120s, 100ms);
+  const std::chrono::duration<double> uninstallTime = std::chrono::steady_clock::now() - start;
 
   EXPECT_FALSE(fs::exists(folder)) << "files are left";
   EXPECT_FALSE(fs::exists(shortcut)) << "the Start menu shortcut is left";
@@ -207,8 +183,7 @@ void Installation::InstallRunRemove(const std::wstring& options) {
   EXPECT_FALSE(KeyExists(kUninstallKey)) << "the uninstall entry is left";
   EXPECT_EQ(ReadSetting(L"Set_RC_Op"), L"2") << "a silent removal keeps the settings";
 
-  std::printf("figure: install %.1f s, uninstall %.1f s\n", installSeconds,
-              uninstallSeconds);
+  std::printf("figure: install %.1f s, uninstall %.1f s\n", installTime.count(), uninstallTime.count());
 }
 
 TEST_F(Installation, SilentInstallThenSilentRemovalWhileMarquillRuns) { InstallRunRemove(L""); }
