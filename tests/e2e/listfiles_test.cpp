@@ -22,9 +22,7 @@ class ListFiles : public EndToEnd {
   void SetUp() override {
     EndToEnd::SetUp();
     if (IsSkipped()) return;
-    wchar_t base[MAX_PATH];
-    GetTempPathW(MAX_PATH, base);
-    folder = std::wstring(base) + L"mq e2e \u00E9t\u00E9 \u6587\u5B57 " + std::to_wstring(GetTickCount64());
+    folder = (fs::temp_directory_path() / (L"mq e2e \u00E9t\u00E9 \u6587\u5B57 " + std::to_wstring(GetTickCount64()))).wstring();
     fs::create_directory(folder);
   }
   void TearDown() override {
@@ -132,12 +130,10 @@ TEST_F(ListFiles, ProtectedListAsksForItsPassword) {
   LoadAs(L"vault", L"&Open as New");
   pass = WaitForPasswordDialog(app.Pid());
   ASSERT_NE(pass, nullptr);
-  for (const wchar_t* wrong : {L"abd", L"ab"}) {
-    EnterPassword(pass, 0, wrong);
-    EXPECT_EQ(DismissMessageBox(app.Pid(), L"Error: Wrong Password"),
-              L"You have either entered the wrong password or the file is corrupted.");
-    EXPECT_TRUE(IsWindow(pass));
-  }
+  EnterPassword(pass, 0, L"abd");
+  EXPECT_EQ(DismissMessageBox(app.Pid(), L"Error: Wrong Password"),
+            L"You have either entered the wrong password or the file is corrupted.");
+  EXPECT_TRUE(IsWindow(pass));
   EnterPassword(pass, 0, L"abc");
   EXPECT_TRUE(WaitFor([&] { return !IsWindow(pass); }));
   EXPECT_EQ(Rows(), rows);
@@ -158,8 +154,6 @@ TEST_F(ListFiles, PopupButtonsMergeInTheirOrder) {
   ASSERT_TRUE(WaitForRowCount(2));
   LoadAs(L"one.mql", L"&Insert before Current");
   EXPECT_TRUE(WaitForRows({L"\tloaded", L"\tloaded", L"\tmine"}));
-  LoadAs(L"one.mql", L"&Append after Current");
-  EXPECT_TRUE(WaitFor([&] { return Rows().size() == 4 && Rows().back() == L"\tloaded"; }));
   const auto before = Rows();
   ClickButton(load);
   HWND cancel = WaitForPopupButton(app.Pid(), L"&Cancel");

@@ -34,11 +34,9 @@ void DeleteRunValue(const std::wstring& name) {
 
 class RunKey : public ::testing::Test {
  protected:
-  void SetUp() override { Clean(); }
-  void TearDown() override { Clean(); }
-  void Clean() {
-    DeleteRunValue(name);
-    DeleteRunValue(neighbour);
+  void SetUp() override { TearDown(); }
+  void TearDown() override {
+    for (const auto& value : {name, neighbour}) DeleteRunValue(value);
   }
   std::wstring name{WV(run::ExecutableName())};
   std::wstring neighbour = name + L"2";

@@ -14,9 +14,6 @@ class RegistryStore : public ::testing::Test {
  protected:
   void SetUp() override { RegDeleteTreeW(HKEY_CURRENT_USER, kTestKey); }
   void TearDown() override { RegDeleteTreeW(HKEY_CURRENT_USER, kTestKey); }
-  static void Raw(const wchar_t* name, DWORD type, const void* data, DWORD bytes) {
-    RegSetKeyValueW(HKEY_CURRENT_USER, kTestKey, name, type, data, bytes);
-  }
   RegistrySettings port{kTestKey};
 };
 
@@ -34,13 +31,13 @@ TEST_F(RegistryStore, StringValuesAndForeignOnes) {
   EXPECT_EQ(type, static_cast<DWORD>(REG_SZ));
 
   // A string stored without its terminating NUL reads the same.
-  Raw(L"Set_FO", REG_SZ, L"60", 4);
+  RegSetKeyValueW(HKEY_CURRENT_USER, kTestKey, L"Set_FO", REG_SZ, L"60", 4);
   ASSERT_EQ(port.Read(u"Set_FO", value), SettingsPort::Status::Ok);
   EXPECT_EQ(value, u"60");
   // A number where a string belongs is a failure of the store, which start-up answers with a
   // reset of every setting.
   DWORD number = 2;
-  Raw(L"Set_Mo", REG_DWORD, &number, sizeof(number));
+  RegSetKeyValueW(HKEY_CURRENT_USER, kTestKey, L"Set_Mo", REG_DWORD, &number, sizeof(number));
   EXPECT_EQ(port.Read(u"Set_Mo", value), SettingsPort::Status::Failed);
   Settings settings(port);
   settings::WriteResetValues(settings);

@@ -58,13 +58,7 @@ bool Editor::Focus() {
   return GetForegroundWindow() == window_;
 }
 
-std::wstring Editor::Text() const {
-  LRESULT len = SendMessageW(edit_, WM_GETTEXTLENGTH, 0, 0);
-  std::wstring text(static_cast<size_t>(len) + 1, L'\0');
-  LRESULT got = SendMessageW(edit_, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
-  text.resize(static_cast<size_t>(got));
-  return text;
-}
+std::wstring Editor::Text() const { return WindowText(edit_); }
 
 void Editor::SetText(const std::wstring& text) {
   SendMessageW(edit_, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));

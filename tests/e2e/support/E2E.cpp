@@ -67,9 +67,15 @@ Values ReadSettings() {
 }
 
 std::optional<std::wstring> ReadSetting(const std::wstring& key) {
-  Values values = ReadSettings();
-  auto it = values.find(key);
-  return it == values.end() ? std::nullopt : std::optional<std::wstring>(it->second);
+  return ReadUserString(kSettingsKey, key.c_str());
+}
+
+std::optional<std::wstring> ReadUserString(const wchar_t* key, const wchar_t* value) {
+  wchar_t data[2048];
+  DWORD bytes = sizeof(data);
+  if (RegGetValueW(HKEY_CURRENT_USER, key, value, RRF_RT_REG_SZ, nullptr, data, &bytes) != ERROR_SUCCESS)
+    return std::nullopt;
+  return std::wstring(data);
 }
 
 bool RunningUnderWine() {

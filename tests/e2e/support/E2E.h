@@ -34,6 +34,10 @@ void ClearSettings();
 void WriteSettings(const Values& values);
 Values ReadSettings();
 std::optional<std::wstring> ReadSetting(const std::wstring& key);
+// A string value under HKEY_CURRENT_USER; none when it is absent or no string.
+std::optional<std::wstring> ReadUserString(const wchar_t* key, const wchar_t* value);
+// Where launch at log-on is kept (under HKEY_CURRENT_USER).
+inline constexpr wchar_t kLaunchAtLogOnKey[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
 // True when this runs under Wine, where the settings live in a private prefix.
 bool RunningUnderWine();
 
