@@ -1,5 +1,6 @@
 // "Help" opens the help file beside marquill.exe in an HTML Help window. The help file is
 // built into the program's folder by tests/help/run (scripts/test runs it before these tests).
+#include <algorithm>
 #include <filesystem>
 
 #include "Fixture.h"
@@ -11,29 +12,11 @@ namespace {
 // The title of the help window comes from the help project (docs/help/mq2_help.hhp).
 const wchar_t kHelpTitle[] = L"Marquill Help";
 
-int HelpWindows(DWORD pid) {
-  struct Count { DWORD pid; int n; } count{pid, 0};
-  EnumWindows(
-      [](HWND hwnd, LPARAM param) -> BOOL {
-        auto* c = reinterpret_cast<Count*>(param);
-        DWORD owner = 0;
-        GetWindowThreadProcessId(hwnd, &owner);
-        wchar_t cls[32];
-        if (owner == c->pid && GetClassNameW(hwnd, cls, 32) && !lstrcmpiW(cls, L"HH Parent") &&
-            IsWindowVisible(hwnd))
-          ++c->n;
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(&count));
-  return count.n;
-}
-
 TEST_F(EndToEnd, HelpActionOpensTheHelpFileInAnHtmlHelpWindow) {
   ASSERT_TRUE(std::filesystem::exists(ProgramFolder() + L"\\mq2_help.chm"))
       << "mq2_help.chm is missing beside marquill.exe: run tests/help/run first";
   // Action code "9" is "Help"; the tray icon's right button runs it.
   WriteSettings({{L"Set_RC_Op", L"9"}});
-  Marquill app;
   ASSERT_TRUE(app.Start());
   ASSERT_TRUE(app.WaitReady());
   app.TrayClick(WM_RBUTTONDOWN);
@@ -44,8 +27,8 @@ TEST_F(EndToEnd, HelpActionOpensTheHelpFileInAnHtmlHelpWindow) {
   // Choosing Help again brings back the same window rather than a second one.
   app.TrayClick(WM_RBUTTONDOWN);
   Pump(1500ms);
-  EXPECT_EQ(HelpWindows(app.Pid()), 1);
-  EXPECT_TRUE(MessageBoxesOf(app.Pid()).empty());
+  auto shown = FindTopWindows(nullptr, L"HH Parent", app.Pid());
+  EXPECT_EQ(std::count_if(shown.begin(), shown.end(), IsShown), 1);
   // The program closes its help window when it ends, and ends in order.
   EXPECT_TRUE(app.Close(30s));
   EXPECT_EQ(app.ExitCode(), 0u);

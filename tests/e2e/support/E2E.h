@@ -34,6 +34,10 @@ void ClearSettings();
 void WriteSettings(const Values& values);
 Values ReadSettings();
 std::optional<std::wstring> ReadSetting(const std::wstring& key);
+// A string value under HKEY_CURRENT_USER; none when it is absent or no string.
+std::optional<std::wstring> ReadUserString(const wchar_t* key, const wchar_t* value);
+// Where launch at log-on is kept (under HKEY_CURRENT_USER).
+inline constexpr wchar_t kLaunchAtLogOnKey[] = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
 // True when this runs under Wine, where the settings live in a private prefix.
 bool RunningUnderWine();
 
@@ -68,6 +72,9 @@ class Marquill {
 // A visible or hidden top-level window with this title (and class, when given), of any
 // process, or of the given process only.
 HWND FindTopWindow(const std::wstring& title, const wchar_t* className = nullptr, DWORD pid = 0);
+// Every such window; any title when `title` is null.
+std::vector<HWND> FindTopWindows(const std::wstring* title, const wchar_t* className = nullptr,
+                                 DWORD pid = 0);
 HWND WaitForTopWindow(const std::wstring& title, Duration timeout = 10s,
                       const wchar_t* className = nullptr, DWORD pid = 0);
 std::wstring WindowText(HWND hwnd);
@@ -95,5 +102,11 @@ bool IsKeyDown(WORD vk);
 
 bool SetClipboardText(const std::wstring& text);
 std::optional<std::wstring> ClipboardText();
+// Puts these formats on the clipboard at once, as a copying application does.
+bool PutClipboard(const std::vector<std::pair<UINT, std::string>>& formats);
+bool SetClipboardRtf(const std::string& rtf);
+
+// Runs a command line and waits for it; its exit code, or -1 when it did not start or end.
+long RunProgram(const std::wstring& command, Duration timeout = 60s);
 
 }  // namespace e2e

@@ -56,13 +56,6 @@ HWND ToolNamed(HWND tooltip, HWND window, const std::wstring& tip) {
   return found;
 }
 
-HWND WaitForWindowOf(DWORD pid, const wchar_t* className, const std::wstring& title, Duration timeout) {
-  HWND found = nullptr;
-  WaitFor([&] { return (found = FindTopWindow(title, className, pid)) != nullptr && IsShown(found); },
-          timeout);
-  return found && IsShown(found) ? found : nullptr;
-}
-
 std::vector<HWND> Edits(HWND dialog) {
   std::vector<HWND> edits;
   for (HWND child : Descendants(dialog))
@@ -93,7 +86,7 @@ void ClickButton(HWND button) {
 }
 
 bool AnswerFileDialog(DWORD pid, const std::wstring& title, const std::wstring& path, Duration timeout) {
-  HWND dialog = WaitForWindowOf(pid, L"#32770", title, timeout);
+  HWND dialog = WaitForMessageBox(title, timeout, pid);  // a dialog of the same class
   if (!dialog) return false;
   // The file-name box: the edit inside cmb13 (a ComboBoxEx on Wine), or edt1.
   HWND name = nullptr;
@@ -112,7 +105,9 @@ bool AnswerFileDialog(DWORD pid, const std::wstring& title, const std::wstring& 
 }
 
 HWND WaitForPasswordDialog(DWORD pid, Duration timeout) {
-  return WaitForWindowOf(pid, nullptr, L"Input Password", timeout);
+  HWND found = nullptr;
+  WaitFor([&] { return IsShown(found = FindTopWindow(L"Input Password", nullptr, pid)); }, timeout);
+  return IsShown(found) ? found : nullptr;
 }
 
 std::wstring PasswordBoxText(HWND dialog, int index) {
