@@ -25,20 +25,6 @@ double MsSince(std::chrono::steady_clock::time_point start) {
   return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
 }
 
-bool PutOnClipboard(const std::vector<std::pair<UINT, std::string>>& formats) {
-  if (!WaitFor([] { return OpenClipboard(nullptr) != FALSE; }, 5s, 10ms)) return false;
-  EmptyClipboard();
-  bool done = true;
-  for (const auto& [format, bytes] : formats) {
-    HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, bytes.size());
-    memcpy(GlobalLock(memory), bytes.data(), bytes.size());
-    GlobalUnlock(memory);
-    done = SetClipboardData(format, memory) != nullptr && done;
-  }
-  CloseClipboard();
-  return done;
-}
-
 std::string Utf16Bytes(const std::wstring& text) {
   return std::string(reinterpret_cast<const char*>(text.c_str()), (text.size() + 1) * sizeof(wchar_t));
 }
@@ -53,55 +39,6 @@ std::optional<std::string> ClipboardBytes(UINT format) {
   CloseClipboard();
   return bytes;
 }
-
-// A viewer that joins the chain before or after the program, from a thread of its own. It
-// counts notices; Abandon() ends the thread without leaving the chain, as a crashing
-// program does.
-class RawViewer {
- public:
-  RawViewer() {
-    thread_ = std::thread([this] {
-      window_ = CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
-      SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-      SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Procedure));
-      next_ = SetClipboardViewer(window_);
-      notices_ = 0;
-      threadId_ = GetCurrentThreadId();
-      MSG msg;
-      while (GetMessageW(&msg, nullptr, 0, 0) > 0) DispatchMessageW(&msg);
-      if (msg.wParam == 0) ChangeClipboardChain(window_, next_);
-      DestroyWindow(window_);
-    });
-    WaitFor([&] { return threadId_.load() != 0; }, 5s);
-  }
-  ~RawViewer() { End(0); }
-  void Abandon() { End(1); }
-  int Notices() const { return notices_; }
-
- private:
-  void End(WPARAM abandon) {
-    if (!thread_.joinable()) return;
-    PostThreadMessageW(threadId_, WM_QUIT, abandon, 0);
-    thread_.join();
-  }
-  static LRESULT CALLBACK Procedure(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
-    auto* self = reinterpret_cast<RawViewer*>(GetWindowLongPtrW(hwnd, GWLP_USERDATA));
-    if (message == WM_DRAWCLIPBOARD) {
-      ++self->notices_;
-      return self->next_ ? SendMessageW(self->next_, message, wParam, lParam) : 0;
-    }
-    if (message == WM_CHANGECBCHAIN) {
-      if (reinterpret_cast<HWND>(wParam) == self->next_) self->next_ = reinterpret_cast<HWND>(lParam);
-      else if (self->next_) SendMessageW(self->next_, message, wParam, lParam);
-      return 0;
-    }
-    return DefWindowProcW(hwnd, message, wParam, lParam);
-  }
-  std::thread thread_;
-  std::atomic<DWORD> threadId_{0};
-  std::atomic<int> notices_{0};
-  HWND window_ = nullptr, next_ = nullptr;
-};
 
 class Hardening : public EndToEnd {
  protected:
@@ -122,17 +59,11 @@ class Hardening : public EndToEnd {
     fs::remove_all(fs::path(folder), ignored);
   }
   void Start(const Values& settings = {}) {
-    WriteSettings(settings);
-    ASSERT_TRUE(app.Start());
-    ASSERT_TRUE(app.WaitReady());
-    window = FindTopWindow(L"Clip List", L"MarquillClipList", app.Pid());
-    ASSERT_NE(window, nullptr);
-    list = FindChild(window, L"ListBox");
-    WaitFor([&] { return !FindTopWindow(L"About Marquill", nullptr, app.Pid()); }, 5s);
+    StartMarquill(settings);
+    window = listWindow;
     save = FindToolButton(window, L"Save List");
     load = FindToolButton(window, L"Load List");
   }
-  std::vector<std::wstring> Rows() const { return ListBoxRows(list); }
   bool WaitForRowCount(size_t n, Duration timeout = 10s) const {
     return WaitFor([&] { return SendMessageW(list, LB_GETCOUNT, 0, 0) == static_cast<LRESULT>(n); },
                    timeout, 10ms);
@@ -169,7 +100,7 @@ class Hardening : public EndToEnd {
   void RoundTrip(const std::wstring& kind, const std::vector<std::pair<UINT, std::string>>& formats,
                  const std::wstring& row, size_t shownLength, UINT pasteFormat, const std::string& pasted) {
     auto start = std::chrono::steady_clock::now();
-    ASSERT_TRUE(PutOnClipboard(formats));
+    ASSERT_TRUE(PutClipboard(formats));
     ASSERT_TRUE(WaitForRowCount(1, 180s));
     std::printf("capture of a 10 MB %ls entry: %.0f ms\n", kind.c_str(), MsSince(start));
     ASSERT_EQ(Rows(), std::vector<std::wstring>{row});
@@ -203,9 +134,8 @@ class Hardening : public EndToEnd {
     EXPECT_TRUE(app.Running());
   }
 
-  Marquill app;
   std::wstring folder;
-  HWND window = nullptr, list = nullptr, save = nullptr, load = nullptr;
+  HWND window = nullptr, save = nullptr, load = nullptr;
 };
 
 // ---- A busy clipboard ------------------------------------------------------------------------
@@ -250,7 +180,7 @@ TEST_F(Hardening, BusyClipboardIsRetriedReportedOnceAndABrokenChainIsMended) {
   // A viewer that joined after the program dies without leaving the chain: capture goes on,
   // and the copies made meanwhile are not lost.
   {
-    RawViewer careless;
+    OtherClipboardViewer careless;
     Pump(200ms);
     ASSERT_TRUE(SetClipboardText(L"seen by the careless viewer"));
     EXPECT_TRUE(WaitForRowCount(rows + 2));
@@ -383,7 +313,7 @@ bool TrayIconShown(HWND main) {
 
 TEST_F(Hardening, LogOffAndACrashLeaveNothingBehindForOthers) {
   // A viewer that joined before the program: the program passes every notice on to it.
-  RawViewer before;
+  OtherClipboardViewer before;
   // CTRL+Q pastes: an atom no other test leaves behind.
   Start({{L"Set_HV_Ky", L"81"}});
   HWND main = app.MainWindow();

@@ -79,9 +79,12 @@ OtherClipboardViewer::OtherClipboardViewer() {
   WaitFor([&] { return ready_.load(); }, 5s);
 }
 
-OtherClipboardViewer::~OtherClipboardViewer() {
-  if (threadId_) PostThreadMessageW(threadId_, WM_QUIT, 0, 0);
-  if (thread_.joinable()) thread_.join();
+OtherClipboardViewer::~OtherClipboardViewer() { End(0); }
+
+void OtherClipboardViewer::End(WPARAM abandon) {
+  if (!thread_.joinable()) return;
+  PostThreadMessageW(threadId_, WM_QUIT, abandon, 0);
+  thread_.join();
 }
 
 void OtherClipboardViewer::Run() {
@@ -102,7 +105,7 @@ void OtherClipboardViewer::Run() {
   ready_ = true;
   MSG msg;
   while (GetMessageW(&msg, nullptr, 0, 0) > 0) DispatchMessageW(&msg);
-  ChangeClipboardChain(window_, next_);
+  if (msg.wParam == 0) ChangeClipboardChain(window_, next_);
   DestroyWindow(window_);
 }
 

@@ -47,6 +47,8 @@ class OtherClipboardViewer {
   ~OtherClipboardViewer();  // leaves the chain
   OtherClipboardViewer(const OtherClipboardViewer&) = delete;
   OtherClipboardViewer& operator=(const OtherClipboardViewer&) = delete;
+  // Ends its thread without leaving the chain, as a crashing program does.
+  void Abandon() { End(1); }
 
   bool Joined() const { return joined_; }
   int Notices() const { return notices_; }
@@ -56,6 +58,7 @@ class OtherClipboardViewer {
  private:
   static LRESULT CALLBACK Procedure(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
   void Run();
+  void End(WPARAM abandon);
 
   std::thread thread_;
   std::atomic<DWORD> threadId_{0};
