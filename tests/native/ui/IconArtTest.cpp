@@ -1,5 +1,6 @@
 #include "ui/IconArt.h"
 #include "ui/ButtonArt.h"
+#include "ui/PngReader.h"
 
 #include <gtest/gtest.h>
 
@@ -66,6 +67,15 @@ TEST(IconArt, IcoFilesAreWellFormed) {
       EXPECT_EQ(offset, end);  // images follow each other without gaps
       end = offset + bytes;
       ASSERT_LE(end, b.size());
+      if (w == 256) {
+        // A PNG stream holding exactly the drawn image.
+        Image decoded;
+        ASSERT_TRUE(png::reader::DecodePng(b.substr(offset, bytes), decoded));
+        const Art art = file.resourceId == 101 ? Art::ClipEnabled
+                        : file.resourceId == 102 ? Art::ClipDisabled : Art::ClipList;
+        EXPECT_TRUE(decoded.rgba == Render(art, 256).rgba);
+        continue;
+      }
       // BITMAPINFOHEADER: double height (colour + mask), matching bit count.
       EXPECT_EQ(Le(b, offset, 4), 40u);
       EXPECT_EQ(Le(b, offset + 4, 4), static_cast<uint32_t>(w));
