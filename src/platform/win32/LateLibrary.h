@@ -29,15 +29,15 @@ class LateFunction {
       : library_(library), name_(name) {}
 
   // False when the library or the function is missing (then calling is not allowed).
-  explicit operator bool() { return Resolve() != nullptr; }
+  explicit operator bool() const { return Resolve() != nullptr; }
 
   template <typename... Args>
-  auto operator()(Args&&... args) {
+  auto operator()(Args&&... args) const {
     return Resolve()(std::forward<Args>(args)...);
   }
 
  private:
-  Fn* Resolve() {
+  Fn* Resolve() const {
     if (!resolved_) {
       fn_ = reinterpret_cast<Fn*>(reinterpret_cast<void*>(LateProc(library_, name_)));
       resolved_ = true;
@@ -47,8 +47,9 @@ class LateFunction {
 
   const wchar_t* library_;
   const char* name_;
-  Fn* fn_ = nullptr;
-  bool resolved_ = false;
+  // Filled on first use: resolving is not a change anyone can see.
+  mutable Fn* fn_ = nullptr;
+  mutable bool resolved_ = false;
 };
 
 // The thread's single-threaded OLE apartment, which the common dialogs, the shell link object
