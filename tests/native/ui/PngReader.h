@@ -195,10 +195,11 @@ inline bool DecodePng(const std::string& png, art::Image& image) {
   image.rgba.assign(stride * image.height, 0);
   for (int y = 0; y < image.height; ++y) {
     const int filter = raw[y * (stride + 1)];
+    uint8_t* row = image.rgba.data() + y * stride;
+    const uint8_t* above = y ? row - stride : nullptr;
     for (size_t i = 0; i < stride; ++i) {
-      uint8_t* row = image.rgba.data() + y * stride;
-      const int a = i >= 4 ? row[i - 4] : 0, b = y ? row[i - stride] : 0;
-      const int c = i >= 4 && y ? row[i - stride - 4] : 0;
+      const int a = i >= 4 ? row[i - 4] : 0, b = above ? above[i] : 0;
+      const int c = i >= 4 && above ? above[i - 4] : 0;
       int predicted = 0;
       if (filter == 1) predicted = a;
       if (filter == 2) predicted = b;
