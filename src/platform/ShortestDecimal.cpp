@@ -29,23 +29,25 @@ std::string ShortestRoundTrip(double value) {
   const int n = static_cast<int>(digits.size());
 
   std::string scientific = digits.substr(0, 1);
-  if (n > 1) scientific += "." + digits.substr(1);
+  if (n > 1) scientific.append(".").append(digits, 1);
   scientific += exponent < 0 ? "e-" : "e+";
   if (std::abs(exponent) < 10) scientific += '0';
   scientific += std::to_string(std::abs(exponent));
 
   std::string fixed;
   if (exponent < 0)
-    fixed = "0." + std::string(static_cast<size_t>(-exponent - 1), '0') + digits;
+    fixed.append("0.").append(static_cast<size_t>(-exponent - 1), '0').append(digits);
   else if (n <= exponent + 1)
     // A whole number is written with its exact digits, as printf's %f would (same length).
     fixed = (std::snprintf(buf, sizeof buf, "%.0f", std::fabs(value)) < static_cast<int>(sizeof buf))
                 ? std::string(buf)
                 : digits + std::string(static_cast<size_t>(exponent + 1 - n), '0');
   else
-    fixed = digits.substr(0, static_cast<size_t>(exponent) + 1) + "." +
-            digits.substr(static_cast<size_t>(exponent) + 1);
-  return (negative ? "-" : "") + (fixed.size() <= scientific.size() ? fixed : scientific);
+    fixed.append(digits, 0, static_cast<size_t>(exponent) + 1)
+        .append(".")
+        .append(digits, static_cast<size_t>(exponent) + 1);
+  std::string out = negative ? "-" : "";
+  return out.append(fixed.size() <= scientific.size() ? fixed : scientific);
 }
 
 }  // namespace mq
