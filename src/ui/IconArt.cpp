@@ -1,5 +1,7 @@
 #include "ui/IconArt.h"
 
+#include "ui/Png.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -306,7 +308,11 @@ std::string EncodeIco(const std::vector<Image>& images, IcoDepth depth) {
   Put16(out, 1);  // icon
   Put16(out, static_cast<unsigned>(images.size()));
   std::vector<std::string> bodies;
-  for (const auto& img : images) bodies.push_back(EncodeIconImage(img, depth));
+  // The 256-pixel image is a PNG stream, as in the system's own icons (Vista and later read
+  // it; earlier systems never pick that size): a tenth of its bitmap's size.
+  for (const auto& img : images)
+    bodies.push_back(img.width >= 256 && depth == IcoDepth::Alpha32 ? png::EncodePng(img)
+                                                                     : EncodeIconImage(img, depth));
   uint32_t offset = static_cast<uint32_t>(6 + 16 * images.size());
   for (size_t i = 0; i < images.size(); ++i) {
     out.push_back(static_cast<char>(images[i].width >= 256 ? 0 : images[i].width));

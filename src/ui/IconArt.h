@@ -46,7 +46,8 @@ Image RenderSubmenuArrow(int size, uint32_t rrggbb);
 bool MenuImageArt(int n, Art& art);
 
 enum class IcoDepth { Alpha32, Masked24 };
-// An .ico file holding the images (largest last is not required; order is kept).
+// An .ico file holding the images (largest last is not required; order is kept). A 256-pixel
+// image with alpha is stored as PNG, every other as a bitmap with its mask.
 std::string EncodeIco(const std::vector<Image>& images, IcoDepth depth);
 
 struct IconFile {

@@ -1,7 +1,8 @@
 #include "ui/modMenus.h"
 
+#include "platform/ShortestDecimal.h"
+
 #include <array>
-#include <charconv>
 #include <limits>
 
 namespace mq::modMenus {
@@ -50,11 +51,7 @@ bool IsTrue(TextView value) {
   return false;
 }
 
-Text ShortestDecimal(double value) {
-  char buf[64];
-  auto result = std::to_chars(buf, buf + sizeof buf, value);
-  return Widen(std::string_view(buf, static_cast<size_t>(result.ptr - buf)));
-}
+Text ShortestDecimal(double value) { return Widen(ShortestRoundTrip(value)); }
 
 // Item names in rebuild order; index 0 is the visible text.
 constexpr std::array<TextView, 9> kItemNames = {

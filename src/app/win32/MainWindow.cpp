@@ -8,6 +8,7 @@
 #include "app/frmMain.h"
 #include "clipboard/win32/VBFormCopyPasteControl.h"
 #include "listwindow/win32/ListWindow.h"
+#include "platform/win32/LateLibrary.h"
 #include "platform/win32/MessageBox.h"
 #include "platform/win32/Strings.h"
 #include "settings/win32/SettingsWindow.h"
@@ -22,7 +23,7 @@ constexpr wchar_t kInstanceMutex[] = L"Local\\Olvenar.Marquill.Instance";
 constexpr UINT kTrayId = 1;
 
 // HTML Help lives in hhctrl.ocx, which not every system has; it is loaded on first use.
-using HtmlHelpFn = HWND(WINAPI*)(HWND, LPCWSTR, UINT, DWORD_PTR);
+LateFunction<HWND WINAPI(HWND, LPCWSTR, UINT, DWORD_PTR)> htmlHelp{L"hhctrl.ocx", "HtmlHelpW"};
 constexpr UINT kHhDisplayTopic = 0x0000;
 constexpr UINT kHhCloseAll = 0x0012;
 
@@ -113,10 +114,7 @@ void MainWindow::ShowSettings() { links_->settings.Open(); }
 HWND MainWindow::SettingsHandle() const { return links_ ? links_->settings.hwnd() : nullptr; }
 
 bool MainWindow::OpenHelp(TextView path, TextView topic, Text& error) {
-  if (!htmlHelp_) htmlHelp_.Reset(LoadLibraryW(L"hhctrl.ocx"));
-  auto htmlHelp = htmlHelp_ ? reinterpret_cast<HtmlHelpFn>(reinterpret_cast<void*>(
-                                  GetProcAddress(htmlHelp_.Get(), "HtmlHelpW")))
-                            : nullptr;
+  helpOpened_ = true;
   if (!htmlHelp) {
     error = u"HTML Help is not available on this system.";
     return false;
@@ -130,10 +128,8 @@ bool MainWindow::OpenHelp(TextView path, TextView topic, Text& error) {
 }
 
 void MainWindow::CloseHelp() {
-  if (!htmlHelp_) return;
-  auto htmlHelp = reinterpret_cast<HtmlHelpFn>(
-      reinterpret_cast<void*>(GetProcAddress(htmlHelp_.Get(), "HtmlHelpW")));
-  if (htmlHelp) htmlHelp(nullptr, nullptr, kHhCloseAll, 0);
+  // Only help that was opened needs closing; asking would load the library for nothing.
+  if (helpOpened_ && htmlHelp) htmlHelp(nullptr, nullptr, kHhCloseAll, 0);
 }
 
 void MainWindow::UnloadWindows() {

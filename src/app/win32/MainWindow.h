@@ -77,7 +77,7 @@ class MainWindow final : public Window, public MainView, public TrayIcon, public
   std::unique_ptr<VBFormCopyPasteControl> cpFlag_;
   UniqueKernelObject ready_;  // open for the run, so a waiter that comes late finds it set
   UniqueKernelObject instanceMutex_;
-  UniqueModule htmlHelp_;
+  bool helpOpened_ = false;  // HTML Help was asked to show a topic
   UINT taskbarCreated_ = 0;
   int trayIcon_ = 0;
   Text trayTip_;

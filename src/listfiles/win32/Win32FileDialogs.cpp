@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <string>
 
+#include "platform/win32/LateLibrary.h"
 #include "platform/win32/Strings.h"
 
 namespace mq::win32 {
@@ -45,7 +46,13 @@ std::optional<FileChoice> Win32FileDialogs::Show(const FileDialogRequest& reques
   const bool saving = request.kind == FileDialogKind::Save;
   if (saving && request.overwritePrompt) ofn.Flags |= OFN_OVERWRITEPROMPT;
 
-  const BOOL chosen = saving ? GetSaveFileNameW(&ofn) : GetOpenFileNameW(&ofn);
+  // comdlg32 (and the shell machinery it brings) is loaded by the first dialog, not at start-up.
+  static LateFunction<decltype(GetSaveFileNameW)> getSaveFileName{L"comdlg32.dll", "GetSaveFileNameW"};
+  static LateFunction<decltype(GetOpenFileNameW)> getOpenFileName{L"comdlg32.dll", "GetOpenFileNameW"};
+  auto& dialog = saving ? getSaveFileName : getOpenFileName;
+  OleApartment::Enter();
+  if (!dialog) return std::nullopt;
+  const BOOL chosen = dialog(&ofn);
   if (!chosen) return std::nullopt;  // a cancel, or a dialog that could not open
   return FileChoice{FromW(file.c_str()), static_cast<int>(ofn.nFilterIndex)};
 }

@@ -71,7 +71,7 @@ inline void FillVerticalGradient(HDC dc, const RECT& rc, COLORREF top, COLORREF 
   };
   TRIVERTEX v[2] = {vertex(rc.left, rc.top, top), vertex(rc.right, rc.bottom, bottom)};
   GRADIENT_RECT r{0, 1};
-  GradientFill(dc, v, 2, &r, 1, GRADIENT_FILL_RECT_V);
+  GdiGradientFill(dc, v, 2, &r, 1, GRADIENT_FILL_RECT_V);  // gdi32's, not msimg32's forwarder
 }
 
 }  // namespace mq::win32

@@ -6,11 +6,18 @@
 
 #include <utility>
 
+#include "platform/win32/LateLibrary.h"
 #include "platform/win32/Strings.h"
 
 namespace mq::win32 {
 
 namespace {
+// COM is loaded by the first link made or read, not at start-up.
+LateFunction<decltype(CoInitializeEx)> coInitializeEx{L"ole32.dll", "CoInitializeEx"};
+LateFunction<decltype(CoUninitialize)> coUninitialize{L"ole32.dll", "CoUninitialize"};
+LateFunction<decltype(CoCreateInstance)> coCreateInstance{L"ole32.dll", "CoCreateInstance"};
+LateFunction<decltype(CoTaskMemFree)> coTaskMemFree{L"ole32.dll", "CoTaskMemFree"};
+
 // Owns one COM interface pointer.
 template <typename I>
 class ComPtr {
@@ -33,9 +40,9 @@ class ComPtr {
 // COM for the calling thread for as long as it lives (a nested call only counts up).
 class ComScope {
  public:
-  ComScope() : hr_(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)) {}
+  ComScope() : hr_(coInitializeEx ? coInitializeEx(nullptr, COINIT_APARTMENTTHREADED) : E_FAIL) {}
   ~ComScope() {
-    if (SUCCEEDED(hr_)) CoUninitialize();
+    if (SUCCEEDED(hr_)) coUninitialize();
   }
   ComScope(const ComScope&) = delete;
   ComScope& operator=(const ComScope&) = delete;
@@ -47,7 +54,7 @@ class ComScope {
 // The shell's link object with its file interface.
 struct ShellLink {
   ShellLink() {
-    if (FAILED(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW,
+    if (!coCreateInstance || FAILED(coCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW,
                                 link.Out())))
       return;
     link->QueryInterface(IID_IPersistFile, file.Out());
@@ -73,7 +80,7 @@ Text cShellLinkA::GetSystemFolderPath(HWND hwnd, int folderId) {
   if (FAILED(SHGetSpecialFolderLocation(hwnd, folderId, &items)) || !items) return Text();
   wchar_t path[MAX_PATH] = {};
   BOOL found = SHGetPathFromIDListW(items, path);
-  CoTaskMemFree(items);
+  if (coTaskMemFree) coTaskMemFree(items);
   return found ? FromW(path) : Text();
 }
 

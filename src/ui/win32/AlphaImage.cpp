@@ -86,7 +86,8 @@ void AlphaImage::Draw(HDC dc, int x, int y, BYTE opacity) const {
   MemoryDc source(CreateCompatibleDC(dc));
   Selection select(source.Get(), bitmap_.Get());
   BLENDFUNCTION blend{AC_SRC_OVER, 0, opacity, AC_SRC_ALPHA};
-  AlphaBlend(dc, x, y, width_, height_, source.Get(), 0, 0, width_, height_, blend);
+  // gdi32's own entry point: msimg32 only forwards to it, and would be one more library to load.
+  GdiAlphaBlend(dc, x, y, width_, height_, source.Get(), 0, 0, width_, height_, blend);
 }
 
 bool ReadIconResource(HMODULE module, int resourceId, int size, art::Image& image) {

@@ -2,6 +2,7 @@
 // holds the sizes Windows asks for, and the states a user tells apart look different.
 #include "ui/IconArt.h"
 #include "ui/ButtonArt.h"
+#include "ui/PngReader.h"
 
 #include <gtest/gtest.h>
 
@@ -43,10 +44,21 @@ TEST(IconArt, CommittedIconsAreTheDrawingsOutputWithEverySize) {
     size_t end = 6 + 16 * Le(b, 4, 2);
     for (uint32_t i = 0; i < Le(b, 4, 2); ++i) {
       const size_t e = 6 + 16 * i;
-      sizes.insert(static_cast<uint8_t>(b[e]) ? static_cast<uint8_t>(b[e]) : 256);
+      const int w = static_cast<uint8_t>(b[e]) ? static_cast<uint8_t>(b[e]) : 256;
+      const uint32_t bytes = Le(b, e + 8, 4), offset = Le(b, e + 12, 4);
+      sizes.insert(w);
       EXPECT_EQ(Le(b, e + 6, 2), classic ? 24u : 32u);
-      EXPECT_EQ(Le(b, e + 12, 4), end);
-      end += Le(b, e + 8, 4);
+      EXPECT_EQ(offset, end);
+      end = offset + bytes;
+      ASSERT_LE(end, b.size());
+      if (w == 256) {
+        // A PNG stream holding exactly the drawn image.
+        Image decoded;
+        ASSERT_TRUE(png::reader::DecodePng(b.substr(offset, bytes), decoded));
+        const Art art = file.resourceId == 101 ? Art::ClipEnabled
+                        : file.resourceId == 102 ? Art::ClipDisabled : Art::ClipList;
+        EXPECT_TRUE(decoded.rgba == Render(art, 256).rgba);
+      }
     }
     EXPECT_EQ(end, b.size());
     for (int needed : {16, 20, 24, 32, 40, 48, 64}) EXPECT_TRUE(sizes.count(needed)) << needed;
