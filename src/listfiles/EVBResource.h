@@ -24,6 +24,11 @@ class EVBResource {
     Bytes id;  // without its padding
     Bytes data;
   };
+  // A string record inside a resource file's bytes, read without copying.
+  struct StringRecordView {
+    std::string_view id;  // without its padding
+    std::string_view data;
+  };
   struct LongRecord {
     Bytes id;
     int32_t value = 0;
@@ -34,6 +39,8 @@ class EVBResource {
 
   // False (nothing added) when the ID is empty, longer than 32 bytes or already taken.
   bool addString(std::string_view data, std::string_view id);
+  // addString for data the caller hands over: a large entry is not copied again.
+  bool takeString(Bytes&& data, std::string_view id);
   bool addLong(int32_t value, std::string_view id);
 
   const std::vector<StringRecord>& strings() const { return strings_; }
@@ -45,6 +52,9 @@ class EVBResource {
   // records have no layout that this program knows (list files never hold them), so a
   // non-zero picture count is refused; long records are read and kept.
   bool loadFromBytes(std::string_view data);
+  // The string records of a resource file as loadFromBytes would keep them (same checks,
+  // a repeated or empty ID dropped), as views into data.
+  static bool readStrings(std::string_view data, std::vector<StringRecordView>& out);
 
  private:
   bool TakeId(std::string_view id, Bytes& key);

@@ -35,6 +35,7 @@ class clsRC4 {
 
  private:
   void Schedule(std::string_view keyBytes);
+  void Crypt(char* data, size_t size) const;
 
   std::array<uint8_t, 256> keyed_{};
   Text password_;

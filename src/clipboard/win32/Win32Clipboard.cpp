@@ -72,17 +72,7 @@ bool Win32Clipboard::Read(ClipRead mode, ClipboardData& out) {
   }
   out.hasOther = HoldsOtherFormats(F());
 
-  if (mode == ClipRead::PreferRich && out.hasRich) {
-    GlobalView view(session.Data(F().rich));
-    if (!view) return false;
-    auto bytes = static_cast<const char*>(view.Data());
-    const void* nul = std::memchr(bytes, 0, view.Size());
-    size_t n = nul ? static_cast<const char*>(nul) - bytes : view.Size();
-    out.rtf.assign(bytes, n);
-    out.format = -16639;
-    return true;
-  }
-  if (out.hasText) {
+  auto readText = [&] {
     GlobalView view(session.Data(CF_UNICODETEXT));
     if (!view) return false;
     auto chars = static_cast<const wchar_t*>(view.Data());
@@ -90,7 +80,23 @@ bool Win32Clipboard::Read(ClipRead mode, ClipboardData& out) {
     const wchar_t* nul = std::wmemchr(chars, L'\0', capacity);
     size_t n = nul ? static_cast<size_t>(nul - chars) : capacity;
     out.text.assign(reinterpret_cast<const char16_t*>(chars), n);
-    out.format = 1;
+    return true;
+  };
+  if (mode != ClipRead::PlainOnly && out.hasRich) {
+    GlobalView view(session.Data(F().rich));
+    if (!view) return false;
+    auto bytes = static_cast<const char*>(view.Data());
+    const void* nul = std::memchr(bytes, 0, view.Size());
+    size_t n = nul ? static_cast<const char*>(nul) - bytes : view.Size();
+    out.rtf.assign(bytes, n);
+    out.format = kFormatRich;
+    // The text beside is a bonus: without it the rich text alone is a whole read.
+    if (mode == ClipRead::RichAndText && out.hasText) readText();
+    return true;
+  }
+  if (out.hasText) {
+    if (!readText()) return false;
+    out.format = kFormatPlain;
   }
   return true;
 }
