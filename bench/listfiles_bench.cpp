@@ -196,7 +196,7 @@ void BM_ZlibInflate(benchmark::State& state) {
   state.SetBytesProcessed(int64_t(state.iterations() * c.bytes));
 }
 
-// ---- A full list: 100 entries of 32 KB, saved and loaded -------------------------------
+// ---- Lists saved and loaded -----------------------------------------------------------
 
 class PlainOnlyRichText final : public RichTextBox {
  public:
@@ -207,47 +207,63 @@ class PlainOnlyRichText final : public RichTextBox {
   void Clear() override {}
 };
 
-void BM_SaveLoadFullList(benchmark::State& state) {
-  const bool isProtected = state.range(0) != 0;
+// A list of `count` plain entries of `kb` KB of prose each, on disk as a list file.
+struct ListBench {
   ListModel rows;
-  ClipStore store(rows);
+  ClipStore store{rows};
   PlainOnlyRichText rtb;
   Windows1252 cp;
   StdFileSystem files;
   ListContext context{store, rtb, cp, files};
-  const std::string doc = MakeDocument(7, 100 * 32 * 1024);
-  auto fill = [&] {
-    store.ClearAll();
-    for (int k = 0; k < 100; ++k) {
-      Text text = Widen(std::string_view(doc).substr(size_t(k) * 32768, 32768));
+  bool isProtected;
+  Text path;
+
+  ListBench(int count, size_t kb, bool protect) : isProtected(protect) {
+    const std::string doc = MakeDocument(7, size_t(count) * kb * 1024);
+    for (int k = 0; k < count; ++k) {
+      Text text = Widen(std::string_view(doc).substr(size_t(k) * kb * 1024, kb * 1024));
       store.Append(ClipEntry::Plain(text), text);
     }
-  };
-  const auto dir = std::filesystem::temp_directory_path();
-  const Text path = (dir / (isProtected ? "mq-bench.mqp" : "mq-bench.mql")).u16string();
-  size_t fileSize = 0;
-  for (auto _ : state) {
-    state.PauseTiming();
-    fill();
-    state.ResumeTiming();
-    if (!FileOperations::SaveListFile(context, path, isProtected, u"password").ok)
-      state.SkipWithError("save failed");
-    if (!FileOperations::LoadListFile(context, path, FileOperations::LoadMode::OpenAsNew,
-                                      isProtected, u"password")
-             .Loaded())
-      state.SkipWithError("load failed");
-    fileSize = files.Length(path).value_or(0);
+    path = (std::filesystem::temp_directory_path() /
+            ("mq-bench-" + std::to_string(count) + "x" + std::to_string(kb) +
+             (protect ? ".mqp" : ".mql")))
+               .u16string();
   }
-  files.Delete(path);
-  state.SetBytesProcessed(int64_t(state.iterations()) * 100 * 32768);
-  state.counters["file_kb"] = double(fileSize) / 1024.0;
+  ~ListBench() { files.Delete(path); }
+  bool Save() { return FileOperations::SaveListFile(context, path, isProtected, u"password").ok; }
+  // Opening as new replaces the list with what it was, so every round starts alike.
+  bool Load() {
+    return FileOperations::LoadListFile(context, path, FileOperations::LoadMode::OpenAsNew,
+                                        isProtected, u"password")
+        .Loaded();
+  }
+};
+
+// Arguments: entries, KB per entry, protected, what (0 save + load, 1 save, 2 load).
+void BM_List(benchmark::State& state) {
+  ListBench list(int(state.range(0)), size_t(state.range(1)), state.range(2) != 0);
+  const int what = int(state.range(3));
+  if (what == 2 && !list.Save()) state.SkipWithError("save failed");
+  for (auto _ : state) {
+    if (what != 2 && !list.Save()) state.SkipWithError("save failed");
+    if (what != 1 && !list.Load()) state.SkipWithError("load failed");
+  }
+  state.counters["file_kb"] = double(list.files.Length(list.path).value_or(0)) / 1024.0;
 }
 
 BENCHMARK(BM_HuffmanEncode)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ZlibDeflateLevel1)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_HuffmanDecode)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ZlibInflate)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_SaveLoadFullList)->Arg(0)->Arg(1)->ArgName("protected")->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_List)
+    ->ArgNames({"entries", "kb", "protected", "what"})
+    ->Args({100, 32, 0, 0})
+    ->Args({100, 32, 1, 0})
+    ->Args({100, 16, 0, 0})
+    ->Args({100, 64, 0, 0})
+    ->Args({1, 10240, 0, 1})
+    ->Args({1, 10240, 0, 2})
+    ->Unit(benchmark::kMillisecond);
 
 // ---- Hidden modes ----------------------------------------------------------------------
 

@@ -86,8 +86,8 @@ ClipOperations::Attempt ClipOperations::TryCapture(bool purge, int16_t caseOp) {
       display = content.text;
     }
   } else {
-    content.text = ApplyCaseOp(caseOp, content.text, d_.cases);
-    display = content.text;
+    if (caseOp != kCaseNone) content.text = ApplyCaseOp(caseOp, content.text, d_.cases);
+    display = content.text.substr(0, kRowTextChars);  // all a row keeps
   }
 
   if (IsPasteEcho(content)) return Attempt::Done;

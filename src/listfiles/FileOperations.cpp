@@ -31,7 +31,7 @@ Text FromUtf16LeBytes(std::string_view bytes) {
 
 // The row's display text: a rich entry shows its plain text.
 Text DisplayText(ListContext& context, const ClipEntry& entry) {
-  if (!entry.IsRich()) return entry.text;
+  if (!entry.IsRich()) return Text(TextView(entry.text).substr(0, kRowTextChars));
   context.richText.LoadRtf(entry.rtf);
   Text plain = context.richText.PlainText();
   context.richText.Clear();
