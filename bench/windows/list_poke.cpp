@@ -18,6 +18,8 @@
 #include <cwchar>
 #include <string>
 
+#include "PutClipboard.h"
+
 namespace {
 
 HWND ListWindow() { return FindWindowW(L"MarquillClipList", nullptr); }
@@ -60,19 +62,9 @@ bool CopyRich(const wchar_t* text) {
                     "\\f0\\fs20\\b\\cf1 ";
   for (const wchar_t* p = text; *p; ++p) rtf += static_cast<char>(*p < 128 ? *p : '?');
   rtf += "\\b0\\cf0  (rich)\\par}";
-  if (!OpenClipboard(nullptr)) return false;
-  EmptyClipboard();
-  auto put = [](UINT format, const void* data, size_t bytes) {
-    HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, bytes);
-    memcpy(GlobalLock(memory), data, bytes);
-    GlobalUnlock(memory);
-    SetClipboardData(format, memory);
-  };
   std::wstring plain = std::wstring(text) + L" (rich)";
-  put(CF_UNICODETEXT, plain.c_str(), (plain.size() + 1) * sizeof(wchar_t));
-  put(RegisterClipboardFormatW(L"Rich Text Format"), rtf.c_str(), rtf.size() + 1);
-  CloseClipboard();
-  return true;
+  return PutOnClipboard({{CF_UNICODETEXT, plain.c_str(), (plain.size() + 1) * sizeof(wchar_t)},
+                         {RegisterClipboardFormatW(L"Rich Text Format"), rtf.c_str(), rtf.size() + 1}});
 }
 
 double Ms(LARGE_INTEGER from) {

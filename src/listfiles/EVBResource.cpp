@@ -125,13 +125,6 @@ bool EVBResource::addString(std::string_view data, std::string_view id) {
   return true;
 }
 
-bool EVBResource::takeString(Bytes&& data, std::string_view id) {
-  Bytes key;
-  if (!TakeId(id, key)) return false;
-  strings_.push_back({Bytes(TrimRightSpaces(id)), std::move(data)});
-  return true;
-}
-
 bool EVBResource::addLong(int32_t value, std::string_view id) {
   Bytes key;
   if (!TakeId(id, key)) return false;
@@ -139,33 +132,51 @@ bool EVBResource::addLong(int32_t value, std::string_view id) {
   return true;
 }
 
+namespace {
+void PutHeader(Bytes& out, std::string_view name, std::string_view author, size_t strings,
+               size_t longs) {
+  PutField(out, name);
+  PutField(out, author);
+  PutI32(out, static_cast<int32_t>(strings));
+  PutI32(out, static_cast<int32_t>(longs));
+  PutI32(out, 0);  // picture records
+}
+
+void PutString(Bytes& out, std::string_view id, std::string_view data) {
+  PutField(out, id);
+  if (data.size() <= static_cast<size_t>(std::numeric_limits<int16_t>::max())) {
+    // The documented layout, byte for byte.
+    PutI16(out, static_cast<int16_t>(data.size()));
+  } else {
+    PutI16(out, EVBResource::kLongLengthMark);
+    PutI32(out, static_cast<int32_t>(data.size()));
+  }
+  out += data;
+}
+}  // namespace
+
 Bytes EVBResource::saveToBytes() const {
   size_t size = kHeaderSize;
   for (const auto& s : strings_) size += kFieldSize + 6 + s.data.size();
   size += longs_.size() * (kFieldSize + 4);
   Bytes out;
   out.reserve(size);
-  PutField(out, ResName);
-  PutField(out, Author);
-  PutI32(out, static_cast<int32_t>(strings_.size()));
-  PutI32(out, static_cast<int32_t>(longs_.size()));
-  PutI32(out, 0);  // picture records
-  for (const auto& s : strings_) {
-    PutField(out, s.id);
-    if (s.data.size() <= static_cast<size_t>(std::numeric_limits<int16_t>::max())) {
-      // The documented layout, byte for byte.
-      PutI16(out, static_cast<int16_t>(s.data.size()));
-    } else {
-      PutI16(out, kLongLengthMark);
-      PutI32(out, static_cast<int32_t>(s.data.size()));
-    }
-    out += s.data;
-  }
+  PutHeader(out, ResName, Author, strings_.size(), longs_.size());
+  for (const auto& s : strings_) PutString(out, s.id, s.data);
   for (const auto& l : longs_) {
     PutField(out, l.id);
     PutI32(out, l.value);
   }
   return out;
+}
+
+EVBResource::Writer::Writer(int32_t strings, size_t reserveBytes) {
+  out_.reserve(kHeaderSize + reserveBytes);
+  PutHeader(out_, {}, {}, static_cast<size_t>(strings), 0);
+}
+
+void EVBResource::Writer::addString(std::string_view data, std::string_view id) {
+  PutString(out_, TrimRightSpaces(id), data);
 }
 
 bool EVBResource::loadFromBytes(std::string_view data) {

@@ -39,14 +39,25 @@ class EVBResource {
 
   // False (nothing added) when the ID is empty, longer than 32 bytes or already taken.
   bool addString(std::string_view data, std::string_view id);
-  // addString for data the caller hands over: a large entry is not copied again.
-  bool takeString(Bytes&& data, std::string_view id);
   bool addLong(int32_t value, std::string_view id);
 
   const std::vector<StringRecord>& strings() const { return strings_; }
   const std::vector<LongRecord>& longs() const { return longs_; }
 
   Bytes saveToBytes() const;
+
+  // Writes a resource file of string records straight into its bytes, each record's data
+  // copied once: a list of megabytes is not held twice. The bytes are those saveToBytes
+  // gives for the same records, which must all be announced and have valid, distinct IDs.
+  class Writer {
+   public:
+    Writer(int32_t strings, size_t reserveBytes);
+    void addString(std::string_view data, std::string_view id);
+    Bytes take() { return std::move(out_); }
+
+   private:
+    Bytes out_;
+  };
   // Replaces the content with the resource file in data. False when the data is damaged:
   // too short, a negative count, a count, length or ID running past the end. Picture
   // records have no layout that this program knows (list files never hold them), so a

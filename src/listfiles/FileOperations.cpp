@@ -11,14 +11,13 @@ namespace {
 
 constexpr size_t kMaxEntries = kClipSlots;
 
-Bytes Utf16LeBytes(TextView text) {
-  Bytes out(text.size() * 2, '\0');
+void Utf16LeBytes(TextView text, Bytes& out) {
+  out.resize(text.size() * 2);
   char* o = out.data();
   for (char16_t c : text) {
     *o++ = static_cast<char>(c & 0xFF);
     *o++ = static_cast<char>(c >> 8);
   }
-  return out;
 }
 
 Text FromUtf16LeBytes(std::string_view bytes) {
@@ -54,25 +53,30 @@ namespace {
 // The file for entries given by address, so that a save copies no entry first.
 Bytes EncodeEntries(const std::vector<const ClipEntry*>& entries, const CodePage& codePage,
                     bool isProtected, TextView password) {
-  EVBResource store;
+  // Room for every entry at two bytes a character; pages never written cost nothing.
+  size_t room = 0;
+  for (const ClipEntry* e : entries)
+    room += 64 + (e->IsRich() ? e->rtf.size() : e->text.size() * 2);
+  EVBResource::Writer store(static_cast<int32_t>(entries.size()), room);
+  Bytes scratch;  // one conversion buffer for all entries
   for (size_t p = 0; p < entries.size(); ++p) {
     const ClipEntry& e = *entries[p];
     int16_t type = e.format;
-    Bytes data;
+    std::string_view data;
     if (e.IsRich()) {
       data = e.rtf;
     } else {
       type = kFormatPlain;
       // ANSI whenever nothing would be lost; otherwise the exact UTF-16 text.
-      if (!codePage.ToAnsiExact(e.text, data)) {
+      if (!codePage.ToAnsiExact(e.text, scratch)) {
         type = kTypeUnicode;
-        data = Utf16LeBytes(e.text);
+        Utf16LeBytes(e.text, scratch);
       }
+      data = scratch;
     }
-    Bytes id = Narrow(Format000(static_cast<long long>(p)) + ToDecimal(type));
-    store.takeString(std::move(data), id);
+    store.addString(data, Narrow(Format000(static_cast<long long>(p)) + ToDecimal(type)));
   }
-  Bytes file = clsHuffman::Encode(store.saveToBytes());
+  Bytes file = clsHuffman::Encode(store.take());
   if (!isProtected) return file;
   clsRC4 rc4;
   rc4.Key(password, codePage);
