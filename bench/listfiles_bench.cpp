@@ -2,22 +2,18 @@
 // same natural-language-like text, and a full list's save + load. Figures only; nothing
 // here asserts a time.
 //
-// Hidden modes (used by scripts/measure-listfiles and to refresh the fuzz seeds):
-//   marquill_bench --decode-driver            decodes a fixed set of slices once (callgrind)
-//   marquill_bench --write-seed-corpus DIR    writes DIR/<fuzzer>/<seed> files
+// Hidden mode, for scripts/measure-listfiles:
+//   marquill_bench --decode-driver   decodes a fixed set of slices once (callgrind)
 #include <benchmark/benchmark.h>
 #include <zlib.h>
 
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <random>
 
 #include <sys/resource.h>
 
-#include "../tests/native/listfiles/ReferenceHuffman.h"
-#include "listfiles/EVBResource.h"
 #include "listfiles/FileOperations.h"
 #include "listfiles/clsHuffman.h"
 #include "platform/StdFileSystem.h"
@@ -277,7 +273,7 @@ BENCHMARK(BM_List)
     ->Args({1, 10240, 0, 2})
     ->Unit(benchmark::kMillisecond);
 
-// ---- Hidden modes ----------------------------------------------------------------------
+// ---- Hidden mode ----------------------------------------------------------------------
 
 // Decodes 64 slices once each; callgrind counts only inside clsHuffman::Decode.
 int DecodeDriver() {
@@ -292,75 +288,10 @@ int DecodeDriver() {
   return 0;
 }
 
-void WriteSeed(const std::filesystem::path& dir, const std::string& name, const Bytes& data) {
-  std::filesystem::create_directories(dir);
-  std::ofstream(dir / name, std::ios::binary) << data;
-}
-
-int WriteSeedCorpus(const std::filesystem::path& root) {
-  using test::ContainerRecipe;
-  const auto huff = root / "huffman_decode_fuzz";
-  const std::string text = MakeDocument(3, 1500);
-  Bytes deep;
-  for (int v = 0, a = 1, b = 1; v < 14; ++v, b = a + b, a = b - a)
-    deep.append(size_t(a), char('a' + v));  // Fibonacci counts: a deep tree
-  Bytes all;
-  for (int v = 0; v < 256; ++v) all.append(2, static_cast<char>(v));
-  const std::vector<std::pair<std::string, Bytes>> valid = {
-      {"empty", ""}, {"ab", "AB"}, {"abcd", "ABCD"}, {"weights-5-3-1", "AAAAABBBC"},
-      {"empty-resource", EVBResource().saveToBytes()}, {"text", text}, {"all-values", all},
-      {"deep-tree", deep}, {"one-value", Bytes(300, 'A')}};
-  for (const auto& [name, data] : valid) WriteSeed(huff, name, clsHuffman::Encode(data));
-  Bytes damaged = clsHuffman::Encode(text);
-  damaged[4] = static_cast<char>(damaged[4] ^ 1);
-  WriteSeed(huff, "bad-checksum", damaged);
-  WriteSeed(huff, "bad-truncated", clsHuffman::Encode(text).substr(0, 200));
-  WriteSeed(huff, "bad-lowercase-mark", "M2l" + clsHuffman::Encode("AB").substr(3));
-  ContainerRecipe s;
-  s.codes = {{'A', "0"}, {'B', "01"}};
-  s.symbols = {'A'};
-  WriteSeed(huff, "bad-not-prefix", test::WriteContainer(s));
-  s.codes = {{'A', "0"}, {'B', "10"}};
-  s.dataBits = "01011";
-  s.lengthOverride = 3;
-  WriteSeed(huff, "bad-missing-child", test::WriteContainer(s));
-  ContainerRecipe comb;
-  for (int v = 0; v < 40; ++v) comb.codes.push_back({v, std::string(size_t(v), '1') + "0"});
-  comb.codes.push_back({40, std::string(40, '1')});
-  comb.symbols = {40, 0, 39, 5};
-  WriteSeed(huff, "long-codes", test::WriteContainer(comb));
-
-  const auto list = root / "listfile_read_fuzz";
-  const Windows1252 cp;
-  const std::vector<ClipEntry> entries = {
-      ClipEntry::Plain(u"A"), ClipEntry::Rich("{\\rtf1 \\b bold\\b0  text}"),
-      ClipEntry::Plain(u"caf\u00E9 \u03A9"), ClipEntry::Plain(FromUtf8(text.substr(0, 400)))};
-  const std::vector<ClipEntry> big = {ClipEntry::Plain(Text(40000, u'x')),
-                                      ClipEntry::Plain(u"tail")};
-  // First byte: load mode (0-2), protected (bit 2), entries already in the list (bits 3-7).
-  auto seed = [&](const std::string& name, uint8_t control, const Bytes& file) {
-    WriteSeed(list, name, Bytes(1, static_cast<char>(control)) + file);
-  };
-  seed("empty-list", 0, FileOperations::EncodeListFile({}, cp, false, u""));
-  seed("mixed-new", 0, FileOperations::EncodeListFile(entries, cp, false, u""));
-  seed("mixed-insert", 1 | (5 << 3), FileOperations::EncodeListFile(entries, cp, false, u""));
-  seed("mixed-append", 2 | (24 << 3), FileOperations::EncodeListFile(entries, cp, false, u""));
-  seed("protected", 4 | 2 | (3 << 3), FileOperations::EncodeListFile(entries, cp, true, u"pw"));
-  seed("protected-wrong-password", 4, FileOperations::EncodeListFile(entries, cp, true, u"no"));
-  seed("long-entry", 1 | (2 << 3), FileOperations::EncodeListFile(big, cp, false, u""));
-  seed("stored", 0, Bytes("M2U\r") + EVBResource().saveToBytes());
-  seed("foreign", 0, "PK\x03\x04 something else");
-  Bytes broken = FileOperations::EncodeListFile(entries, cp, false, u"");
-  broken[broken.size() / 2] = static_cast<char>(broken[broken.size() / 2] ^ 0x10);
-  seed("damaged", 1, broken);
-  return 0;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
   if (argc >= 2 && std::string(argv[1]) == "--decode-driver") return DecodeDriver();
-  if (argc >= 3 && std::string(argv[1]) == "--write-seed-corpus") return WriteSeedCorpus(argv[2]);
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
   benchmark::RunSpecifiedBenchmarks();

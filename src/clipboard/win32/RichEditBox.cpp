@@ -147,7 +147,7 @@ void RichEditBox::SetPlainText(TextView text) {
 
 Bytes RichEditBox::Rtf() {
   Bytes out;
-  if (!box_) return out;
+  if (!IsReady()) return out;  // an empty box still writes a document
   EDITSTREAM stream{reinterpret_cast<DWORD_PTR>(&out), 0, AppendToBytes};
   SendMessageW(box_.Get(), EM_STREAMOUT, SF_RTF, reinterpret_cast<LPARAM>(&stream));
   return out;
