@@ -80,7 +80,8 @@ Bytes EncodeEntries(const std::vector<const ClipEntry*>& entries, const CodePage
   if (!isProtected) return file;
   clsRC4 rc4;
   rc4.Key(password, codePage);
-  return rc4.Protect(file);
+  rc4.ProtectInPlace(file);
+  return file;
 }
 
 std::vector<const ClipEntry*> CurrentEntryAddresses(const ClipStore& store) {
@@ -126,12 +127,13 @@ bool OpenListResource(std::string_view file, const CodePage& codePage, bool isPr
          resource.loadFromBytes(plain);
 }
 
-bool DecodeListFile(std::string_view file, const CodePage& codePage, bool isProtected,
-                    TextView password, std::vector<ClipEntry>& entries) {
+namespace {
+// The entries of a Huffman container (a list file, decrypted when it was protected).
+bool DecodeContainer(std::string_view container, const CodePage& codePage,
+                     std::vector<ClipEntry>& entries) {
   Bytes plain;
   std::vector<EVBResource::StringRecordView> records;
-  if (!OpenResourceBytes(file, codePage, isProtected, password, plain) ||
-      !EVBResource::readStrings(plain, records))
+  if (!clsHuffman::Decode(container, plain) || !EVBResource::readStrings(plain, records))
     return false;
 
   std::vector<ClipEntry> out;
@@ -152,6 +154,16 @@ bool DecodeListFile(std::string_view file, const CodePage& codePage, bool isProt
   }
   entries = std::move(out);
   return true;
+}
+}  // namespace
+
+bool DecodeListFile(std::string_view file, const CodePage& codePage, bool isProtected,
+                    TextView password, std::vector<ClipEntry>& entries) {
+  if (!isProtected) return DecodeContainer(file, codePage, entries);
+  Bytes container;
+  clsRC4 rc4;
+  rc4.Key(password, codePage);
+  return rc4.Unprotect(file, container) && DecodeContainer(container, codePage, entries);
 }
 
 std::vector<ClipEntry> CurrentEntries(const ClipStore& store) {
@@ -231,7 +243,16 @@ LoadResult LoadListFile(ListContext& context, TextView path, LoadMode mode, bool
     return result;
   }
   std::vector<ClipEntry> loaded;
-  if (!DecodeListFile(file, context.codePage, isProtected, password, loaded)) {
+  // The file's own buffer is decrypted where it lies.
+  bool decoded;
+  if (isProtected) {
+    clsRC4 rc4;
+    rc4.Key(password, context.codePage);
+    decoded = rc4.UnprotectInPlace(file) && DecodeContainer(file, context.codePage, loaded);
+  } else {
+    decoded = DecodeContainer(file, context.codePage, loaded);
+  }
+  if (!decoded) {
     result.status = LoadStatus::NotDecoded;
     return result;
   }

@@ -74,4 +74,17 @@ bool clsRC4::Unprotect(std::string_view envelope, Bytes& out) const {
   return true;
 }
 
+void clsRC4::ProtectInPlace(Bytes& data) const {
+  data.insert(0, kEnvelopeMark);
+  Crypt(data.data() + kEnvelopeMark.size(), data.size() - kEnvelopeMark.size());
+}
+
+bool clsRC4::UnprotectInPlace(Bytes& envelope) const {
+  if (envelope.size() < kEnvelopeMark.size() || envelope.compare(0, 4, kEnvelopeMark) != 0)
+    return false;
+  envelope.erase(0, kEnvelopeMark.size());
+  EncryptByte(envelope);
+  return true;
+}
+
 }  // namespace mq
