@@ -1,25 +1,28 @@
-// Figures for the road of a copied text, in one run under Wine:
+// Figures for the road of a copied text and the clip list window, in one run under Wine:
 //  - the capture path (AddClipEntry with the real clipboard, rich-text box, case mapper and
-//    list box) per clipboard change, for 1 KB, 100 KB and 1 MB of plain text and 100 KB of
-//    RTF, beside a bare open-read-close of the same content;
-//  - the time from a WM_HOTKEY for the paste hotkey to the keystroke being sent, for a 1 KB
-//    and a 1 MB entry.
+//    list window) per clipboard change, for plain text and for RTF offered with its plain
+//    text beside it, beside a bare open-read-close of every format offered;
+//  - the time from a WM_HOTKEY for the paste hotkey to the keystroke, beside a bare clipboard
+//    write of the same text;
+//  - the clip list window with 100 entries of 1 MB: the longest single message handling while
+//    it is shown, scrolled and a row is dragged.
 // Prints medians in milliseconds.
 #include <windows.h>
+#include <commctrl.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <vector>
 
+#include "PutClipboard.h"
 #include "Timing.h"
 #include "clipboard/ClipOperations.h"
+#include "clipboard/win32/RichEditBox.h"
 #include "clipboard/win32/Win32Clipboard.h"
-#include "platform/win32/Win32Ports.h"
 #include "hotkeys/VBHotKey.h"
 #include "hotkeys/win32/Win32HotkeySystem.h"
-#include "clipboard/win32/RichEditBox.h"
 #include "listwindow/win32/ListWindow.h"
+#include "platform/win32/Win32Ports.h"
 
 using namespace mq;
 
@@ -49,47 +52,65 @@ class StampingKeys : public KeySender {
   win32::SendInputKeySender real;
 };
 
-Text PlainText(size_t bytes, int variant) {
-  // Natural-looking text; the variant makes every content differ from the last one.
-  static const char16_t* words[] = {u"clip ", u"board ", u"paste ", u"entry ", u"queue ",
-                                    u"Marquill ", u"text ", u"copy ", u"line\r\n", u"rich "};
-  Text text(u"#");
-  text += ToDecimal(variant);
-  text += u' ';
-  for (size_t i = 0; text.size() * 2 < bytes; ++i) text += words[(i * 7 + variant) % 10];
-  text.resize(bytes / 2);
+// Natural-looking words; the variant makes every content differ from the last one.
+std::string Words(size_t chars, int variant) {
+  static const char* words[] = {"clip ", "board ", "paste ", "entry ", "queue ",
+                                "Marquill ", "text ", "copy ", "line\r\n", "rich "};
+  std::string text = "#";
+  text += std::to_string(variant);
+  text += ' ';
+  for (size_t i = 0; text.size() < chars; ++i) text += words[(i * 7 + variant) % 10];
+  text.resize(chars);
   return text;
 }
 
-Bytes RtfText(size_t bytes, int variant) {
-  Bytes rtf = "{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\f0 #" + std::to_string(variant) + " ";
-  for (size_t i = 0; rtf.size() < bytes; ++i)
-    rtf += (i % 5 == 0) ? "\\b bold words\\b0  " : (i % 11 == 0) ? "\\par " : "plain words ";
+// A document whose plain text is `plain` (ASCII without braces or backslashes), in bold
+// every few words, as a word processor puts it on the clipboard.
+Bytes Rtf(const std::string& plain) {
+  Bytes rtf = "{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\f0 ";
+  for (size_t i = 0; i < plain.size(); ++i) {
+    if (i % 97 == 0) rtf += i % 194 ? "\\b0 " : "\\b ";
+    if (plain[i] == '\n') {
+      rtf += "\\par\r\n";
+    } else if (plain[i] != '\r') {
+      rtf.push_back(plain[i]);
+    }
+  }
   return rtf + "}";
 }
 
-bool PutOnClipboard(UINT format, const void* data, size_t bytes) {
-  for (int i = 0; i < 50 && !OpenClipboard(nullptr); ++i) Sleep(5);
-  EmptyClipboard();
-  HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, bytes);
-  memcpy(GlobalLock(memory), data, bytes);
-  GlobalUnlock(memory);
-  bool done = SetClipboardData(format, memory) != nullptr;
-  CloseClipboard();
-  return done;
-}
-
-double BareRead(UINT format) {
+double BareRead(const std::vector<UINT>& formats) {
   double start = NowMs();
   OpenClipboard(nullptr);
-  std::string copy;
-  if (HANDLE data = GetClipboardData(format)) {
-    auto* bytes = static_cast<const char*>(GlobalLock(data));
-    copy.assign(bytes, GlobalSize(data));
-    GlobalUnlock(data);
+  for (UINT format : formats) {
+    std::string copy;
+    if (HANDLE data = GetClipboardData(format)) {
+      copy.assign(static_cast<const char*>(GlobalLock(data)), GlobalSize(data));
+      GlobalUnlock(data);
+    }
   }
   CloseClipboard();
   return NowMs() - start;
+}
+
+// Runs the waiting messages; the longest single dispatch in milliseconds.
+double PumpLongest() {
+  double longest = 0;
+  MSG msg;
+  while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
+    double start = NowMs();
+    TranslateMessage(&msg);
+    DispatchMessageW(&msg);
+    longest = std::max(longest, NowMs() - start);
+  }
+  return longest;
+}
+
+template <typename Work>
+double Longest(Work work) {
+  double start = NowMs();
+  work();
+  return std::max(NowMs() - start, PumpLongest());
 }
 
 }  // namespace
@@ -103,6 +124,7 @@ int wmain() {
   frmList list(settings);
   win32::ListWindow window(list, true);
   window.CreateHidden();
+  list.SetView(&window);
   ClipStore store(list.lstClip);
   win32::Win32Clipboard clipboard;
   SteppingClock clock;
@@ -111,38 +133,53 @@ int wmain() {
   StampingKeys keys;
   win32::RichEditBox rtbFormat;
   ClipOperations ops({store, clipboard, rtbFormat, clock, cases, boxes, keys});
-  UINT rtfFormat = win32::Win32Clipboard::RichTextFormat();
+  const UINT rtfFormat = win32::Win32Clipboard::RichTextFormat();
 
   struct Case {
     const char* name;
-    size_t bytes;
+    size_t bytes;  // of the plain text as the clipboard holds it (UTF-16)
     bool rich;
-  } cases_[] = {{"plain 1 KB", 1024, false},
-                {"plain 100 KB", 100 * 1024, false},
-                {"plain 1 MB", 1024 * 1024, false},
-                {"RTF 100 KB", 100 * 1024, true}};
+    int16_t caseOp;
+  } cases_[] = {{"plain 100 KB", 100 << 10, false, kCaseNone},
+                {"plain 1 MB", 1 << 20, false, kCaseNone},
+                {"RTF 100 KB", 100 << 10, true, kCaseNone},
+                {"RTF 1 MB", 1 << 20, true, kCaseNone},
+                {"RTF 100 KB, upper case", 100 << 10, true, kCaseUpper},
+                {"plain 1 KB", 1 << 10, false, kCaseNone}};
   const int runs = 15;
-  std::printf("%-14s %18s %18s\n", "content", "capture path (ms)", "bare read (ms)");
+  std::printf("%-24s %18s %16s %7s\n", "content", "capture path (ms)", "bare read (ms)", "ratio");
   for (const auto& c : cases_) {
     std::vector<double> capture, bare;
     for (int run = 0; run < runs; ++run) {
+      const std::string words = Words(c.bytes / 2, run);
+      const Text text = Widen(words);
+      const ClipFormat plain{CF_UNICODETEXT, text.c_str(), (text.size() + 1) * 2};
       if (c.rich) {
-        Bytes rtf = RtfText(c.bytes, run);
-        PutOnClipboard(rtfFormat, rtf.c_str(), rtf.size() + 1);
-        bare.push_back(BareRead(rtfFormat));
+        const Bytes rtf = Rtf(words);
+        PutOnClipboard({{rtfFormat, rtf.c_str(), rtf.size() + 1}, plain});
+        bare.push_back(BareRead({rtfFormat, CF_UNICODETEXT}));
       } else {
-        Text text = PlainText(c.bytes, run);
-        PutOnClipboard(CF_UNICODETEXT, text.c_str(), (text.size() + 1) * 2);
-        bare.push_back(BareRead(CF_UNICODETEXT));
+        PutOnClipboard({plain});
+        bare.push_back(BareRead({CF_UNICODETEXT}));
       }
       double start = NowMs();
-      ops.AddClipEntry(false, kCaseNone);
+      ops.AddClipEntry(false, c.caseOp);
       capture.push_back(NowMs() - start);
       if (store.EntryCount() != 1) std::printf("  (capture %d of %s stored nothing)\n", run, c.name);
       store.ClearAll();
     }
-    std::printf("%-14s %18.2f %18.2f\n", c.name, Median(capture), Median(bare));
+    std::printf("%-24s %18.2f %16.2f %6.2fx\n", c.name, Median(capture), Median(bare),
+                Median(capture) / Median(bare));
   }
+  // Where a small capture's time goes: the adapter's read alone, on the last content.
+  std::vector<double> reads;
+  for (int run = 0; run < runs; ++run) {
+    ClipboardData data;
+    double start = NowMs();
+    clipboard.Read(ClipRead::RichAndText, data);
+    reads.push_back(NowMs() - start);
+  }
+  std::printf("%-24s %18.2f\n", "  of which the read", Median(reads));
 
   // WM_HOTKEY to keystroke, through the hotkey control and the paste.
   HotkeyControls controls;
@@ -154,20 +191,77 @@ int wmain() {
   VBHotKey hkPaste(hotkeys, controls, design);
   hkPaste.HotkeyPressed = [&] { ops.PasteFirstEntry(true); };
   hkPaste.Start();
-  std::printf("\n%-14s %24s\n", "entry", "WM_HOTKEY to keystroke (ms)");
-  for (size_t bytes : {size_t{1024}, size_t{1024 * 1024}}) {
-    std::vector<double> times;
+  std::printf("\n%-8s %28s %18s %7s\n", "entry", "WM_HOTKEY to keystroke (ms)", "bare write (ms)",
+              "ratio");
+  for (size_t bytes : {size_t{1} << 10, size_t{1} << 20}) {
+    std::vector<double> times, bare;
     for (int run = 0; run < runs; ++run) {
-      store.Append(ClipEntry::Plain(PlainText(bytes, run)), u"entry");
-      MSG msg{};
+      const Text text = Widen(Words(bytes / 2, run));
       double start = NowMs();
+      PutOnClipboard({{CF_UNICODETEXT, text.c_str(), (text.size() + 1) * 2}});
+      bare.push_back(NowMs() - start);
+      store.Append(ClipEntry::Plain(text), u"entry");
+      MSG msg{};
+      start = NowMs();
       PostMessageW(reinterpret_cast<HWND>(hkPaste.hwnd()), WM_HOTKEY, hkPaste.hAtom(),
                    MAKELPARAM(MOD_CONTROL, 0x7B));
       while (keys.sentAt < start && GetMessageW(&msg, nullptr, 0, 0) > 0) DispatchMessageW(&msg);
       times.push_back(keys.sentAt - start);
     }
-    std::printf("%-14s %24.2f\n", bytes == 1024 ? "1 KB" : "1 MB", Median(times));
+    std::printf("%-8s %28.2f %18.2f %6.2fx\n", bytes == 1024 ? "1 KB" : "1 MB", Median(times),
+                Median(bare), Median(times) / Median(bare));
   }
   hkPaste.StopHotkey();
+
+  // The clip list window full of 1 MB entries: filled, shown, scrolled, a row dragged; with
+  // the rows as they are, and with each row holding its whole text, as rows once did.
+  HWND box = window.lstClip();
+  const UINT dragMessage = RegisterWindowMessageW(DRAGLISTMSGSTRING);
+  auto dragNotice = [&](UINT code, int row) {
+    RECT r{};
+    SendMessageW(box, LB_GETITEMRECT, row, reinterpret_cast<LPARAM>(&r));
+    DRAGLISTINFO info{code, box, {r.left + 5, (r.top + r.bottom) / 2}};
+    ClientToScreen(box, &info.ptCursor);
+    SendMessageW(window.hwnd(), dragMessage, GetDlgCtrlID(box), reinterpret_cast<LPARAM>(&info));
+  };
+  std::printf("\nClip list window, 100 entries of 1 MB: longest message handling (ms)\n");
+  for (bool wholeRows : {false, true}) {
+    std::vector<double> fill, show, scroll, drag;
+    for (int run = 0; run < (wholeRows ? 3 : 10); ++run) {  // whole rows: slow, a reference
+      store.ClearAll();
+      double longest = 0;
+      for (int k = 0; k < kClipSlots; ++k) {
+        Text text = Widen(Words(1 << 19, k + run));
+        longest = std::max(longest, Longest([&] {
+          store.Append(ClipEntry::Plain(text), text);
+          if (wholeRows) list.lstClip.SetList(k, u"\t" + text);
+        }));
+      }
+      fill.push_back(longest);
+      show.push_back(Longest([&] {
+        list.Show(false);
+        UpdateWindow(window.hwnd());
+      }));
+      double worst = 0;
+      for (int step = 0; step < 12; ++step)
+        worst = std::max(worst, Longest([&] {
+                  SendMessageW(box, WM_VSCROLL, step < 6 ? SB_PAGEDOWN : SB_PAGEUP, 0);
+                  UpdateWindow(box);
+                }));
+      scroll.push_back(worst);
+      drag.push_back(Longest([&] {
+        dragNotice(DL_BEGINDRAG, 0);
+        for (int row = 1; row <= 3; ++row) dragNotice(DL_DRAGGING, row);
+        dragNotice(DL_DROPPED, 3);  // before row 3: the row lands at 2
+        UpdateWindow(box);
+      }));
+      if (store.lstClip.ItemData(2) != 0) std::printf("  (the drag moved no row)\n");
+      list.Hide(false);
+      PumpLongest();
+    }
+    std::printf("  %-22s add a row %7.2f   show %7.2f   scroll %7.2f   drag a row %7.2f\n",
+                wholeRows ? "rows of whole texts:" : "rows as they are:", Median(fill),
+                Median(show), Median(scroll), Median(drag));
+  }
   return 0;
 }

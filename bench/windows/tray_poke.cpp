@@ -12,6 +12,8 @@
 #include <cstring>
 #include <cwchar>
 
+#include "PutClipboard.h"
+
 namespace {
 
 int MenuWindows() {
@@ -73,15 +75,7 @@ int wmain(int argc, wchar_t** argv) {
     return 0;
   }
   if (!wcscmp(argv[1], L"copy") && argc > 2) {
-    size_t bytes = (wcslen(argv[2]) + 1) * sizeof(wchar_t);
-    for (int i = 0; i < 50 && !OpenClipboard(nullptr); ++i) Sleep(10);
-    EmptyClipboard();
-    HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, bytes);
-    memcpy(GlobalLock(memory), argv[2], bytes);
-    GlobalUnlock(memory);
-    bool done = SetClipboardData(CF_UNICODETEXT, memory) != nullptr;
-    if (!done) GlobalFree(memory);
-    CloseClipboard();
+    bool done = PutOnClipboard({{CF_UNICODETEXT, argv[2], (wcslen(argv[2]) + 1) * sizeof(wchar_t)}});
     Sleep(400);  // past the capture's debounce
     return done ? 0 : 1;
   }

@@ -46,7 +46,7 @@ void ClipOperations::AddClipEntry(bool purge, int16_t caseOp) {
 
 ClipOperations::Attempt ClipOperations::TryCapture(bool purge, int16_t caseOp) {
   ClipboardData data;
-  if (!d_.clipboard.Read(purge ? ClipRead::PlainOnly : ClipRead::PreferRich, data))
+  if (!d_.clipboard.Read(purge ? ClipRead::PlainOnly : ClipRead::RichAndText, data))
     return Attempt::Failed;
   if (data.isPrivate) return Attempt::Done;
 
@@ -70,7 +70,11 @@ ClipOperations::Attempt ClipOperations::TryCapture(bool purge, int16_t caseOp) {
   }
 
   Text display;
-  if (content.IsRich()) {
+  if (content.IsRich() && KeepsRichAsItIs(data, content.rtf, caseOp)) {
+    // The rich text's own plain text is what the clipboard offers beside it: the box, slow
+    // to load and slower to read a long document, has nothing to add.
+    display = std::move(data.text);
+  } else if (content.IsRich()) {
     bool loaded = RichCaseChange(d_.rtbFormat, caseOp, d_.cases, content.rtf, &display);
     d_.rtbFormat.Clear();
     if (!loaded) {
@@ -82,14 +86,20 @@ ClipOperations::Attempt ClipOperations::TryCapture(bool purge, int16_t caseOp) {
       display = content.text;
     }
   } else {
-    content.text = ApplyCaseOp(caseOp, content.text, d_.cases);
-    display = content.text;
+    if (caseOp != kCaseNone) content.text = ApplyCaseOp(caseOp, content.text, d_.cases);
+    display = content.text.substr(0, kRowTextChars);  // all a row keeps
   }
 
   if (IsPasteEcho(content)) return Attempt::Done;
 
   d_.store.Append(std::move(content), display);
   return Attempt::Done;
+}
+
+bool ClipOperations::KeepsRichAsItIs(const ClipboardData& data, std::string_view rtf,
+                                     int16_t caseOp) const {
+  if (data.text.empty() || !LooksLikeRtf(rtf)) return false;
+  return caseOp == kCaseNone || ApplyCaseOp(caseOp, data.text, d_.cases) == data.text;
 }
 
 bool ClipOperations::IsPasteEcho(const ClipEntry& content) {

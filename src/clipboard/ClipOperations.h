@@ -71,6 +71,10 @@ class ClipOperations {
   Attempt TryCapture(bool purge, int16_t caseOp);
   void ShowFull();
   bool IsPasteEcho(const ClipEntry& content);
+  // True when a rich capture keeps its document unchanged and takes the clipboard's Unicode
+  // text for its row: there is such a text, the document can be read as rich text, and the
+  // case operation leaves the text as it is.
+  bool KeepsRichAsItIs(const ClipboardData& data, std::string_view rtf, int16_t caseOp) const;
   // Writes the entry unless the clipboard (as read into `current`) holds exactly it.
   void WriteRewrite(const ClipboardData& current, ClipEntry content);
   bool Write(const ClipEntry& entry);

@@ -4,7 +4,7 @@ namespace mq {
 
 Text RowText(int16_t format, TextView displayText) {
   Text row(format == kFormatRich ? kRichRowPrefix : kPlainRowPrefix);
-  row += displayText;
+  row += displayText.substr(0, kRowTextChars);
   return row;
 }
 

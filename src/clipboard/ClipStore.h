@@ -34,7 +34,13 @@ struct ClipEntry {
   bool operator==(const ClipEntry&) const = default;
 };
 
-// Row text: "+" TAB before a rich-text entry's plain text, a TAB before plain text.
+// A row shows one line, so it keeps the start of its entry's text only: a list box copies,
+// measures and draws every character it holds, and 100 entries of a megabyte each would be
+// copied, kept and drawn twice over.
+inline constexpr size_t kRowTextChars = 1024;
+
+// Row text: "+" TAB before a rich-text entry's plain text, a TAB before plain text; at most
+// kRowTextChars of that text.
 Text RowText(int16_t format, TextView displayText);
 
 class ClipStore {

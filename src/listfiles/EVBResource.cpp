@@ -59,15 +59,63 @@ class Reader {
   size_t pos_ = 0;
 };
 
-}  // namespace
-
-bool EVBResource::TakeId(std::string_view id, Bytes& key) {
+// The upper-cased key of an ID; false for an empty or too long one.
+bool KeyOf(std::string_view id, Bytes& key) {
   id = TrimRightSpaces(id);
-  if (id.empty() || id.size() > kFieldSize) return false;
+  if (id.empty() || id.size() > EVBResource::kFieldSize) return false;
   key.assign(id);
   for (char& c : key)
     if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 32);
-  return keys_.insert(key).second;
+  return true;
+}
+
+// Walks a resource file's records, handing each to its callback as views into data.
+// False when the data is damaged (see loadFromBytes).
+template <typename OnHeader, typename OnString, typename OnLong>
+bool Walk(std::string_view data, OnHeader onHeader, OnString onString, OnLong onLong) {
+  constexpr size_t kField = EVBResource::kFieldSize;
+  Reader r(data);
+  std::string_view name, author;
+  int32_t stringCount = 0, longCount = 0, pictureCount = 0;
+  if (!r.Take(kField, name) || !r.Take(kField, author) || !r.I32(stringCount) ||
+      !r.I32(longCount) || !r.I32(pictureCount))
+    return false;
+  if (stringCount < 0 || longCount < 0 || pictureCount != 0) return false;
+  // Cheap plausibility check before any work: every record needs its ID and a length.
+  if (static_cast<uint64_t>(stringCount) * (kField + 2) +
+          static_cast<uint64_t>(longCount) * (kField + 4) >
+      r.Left())
+    return false;
+  onHeader(name, author, stringCount);
+
+  for (int32_t k = 0; k < stringCount; ++k) {
+    std::string_view id, text;
+    int16_t shortLength = 0;
+    int32_t length = 0;
+    if (!r.Take(kField, id) || !r.I16(shortLength)) return false;
+    if (shortLength == EVBResource::kLongLengthMark) {
+      if (!r.I32(length) || length < 0) return false;
+    } else if (shortLength < 0) {
+      return false;
+    } else {
+      length = shortLength;
+    }
+    if (!r.Take(static_cast<size_t>(length), text)) return false;
+    onString(id, text);
+  }
+  for (int32_t k = 0; k < longCount; ++k) {
+    std::string_view id;
+    int32_t value = 0;
+    if (!r.Take(kField, id) || !r.I32(value)) return false;
+    onLong(id, value);
+  }
+  return true;
+}
+
+}  // namespace
+
+bool EVBResource::TakeId(std::string_view id, Bytes& key) {
+  return KeyOf(id, key) && keys_.insert(key).second;
 }
 
 bool EVBResource::addString(std::string_view data, std::string_view id) {
@@ -84,28 +132,37 @@ bool EVBResource::addLong(int32_t value, std::string_view id) {
   return true;
 }
 
+namespace {
+void PutHeader(Bytes& out, std::string_view name, std::string_view author, size_t strings,
+               size_t longs) {
+  PutField(out, name);
+  PutField(out, author);
+  PutI32(out, static_cast<int32_t>(strings));
+  PutI32(out, static_cast<int32_t>(longs));
+  PutI32(out, 0);  // picture records
+}
+
+void PutString(Bytes& out, std::string_view id, std::string_view data) {
+  PutField(out, id);
+  if (data.size() <= static_cast<size_t>(std::numeric_limits<int16_t>::max())) {
+    // The documented layout, byte for byte.
+    PutI16(out, static_cast<int16_t>(data.size()));
+  } else {
+    PutI16(out, EVBResource::kLongLengthMark);
+    PutI32(out, static_cast<int32_t>(data.size()));
+  }
+  out += data;
+}
+}  // namespace
+
 Bytes EVBResource::saveToBytes() const {
   size_t size = kHeaderSize;
   for (const auto& s : strings_) size += kFieldSize + 6 + s.data.size();
   size += longs_.size() * (kFieldSize + 4);
   Bytes out;
   out.reserve(size);
-  PutField(out, ResName);
-  PutField(out, Author);
-  PutI32(out, static_cast<int32_t>(strings_.size()));
-  PutI32(out, static_cast<int32_t>(longs_.size()));
-  PutI32(out, 0);  // picture records
-  for (const auto& s : strings_) {
-    PutField(out, s.id);
-    if (s.data.size() <= static_cast<size_t>(std::numeric_limits<int16_t>::max())) {
-      // The documented layout, byte for byte.
-      PutI16(out, static_cast<int16_t>(s.data.size()));
-    } else {
-      PutI16(out, kLongLengthMark);
-      PutI32(out, static_cast<int32_t>(s.data.size()));
-    }
-    out += s.data;
-  }
+  PutHeader(out, ResName, Author, strings_.size(), longs_.size());
+  for (const auto& s : strings_) PutString(out, s.id, s.data);
   for (const auto& l : longs_) {
     PutField(out, l.id);
     PutI32(out, l.value);
@@ -113,46 +170,40 @@ Bytes EVBResource::saveToBytes() const {
   return out;
 }
 
+EVBResource::Writer::Writer(int32_t strings, size_t reserveBytes) {
+  out_.reserve(kHeaderSize + reserveBytes);
+  PutHeader(out_, {}, {}, static_cast<size_t>(strings), 0);
+}
+
+void EVBResource::Writer::addString(std::string_view data, std::string_view id) {
+  PutString(out_, TrimRightSpaces(id), data);
+}
+
 bool EVBResource::loadFromBytes(std::string_view data) {
   *this = EVBResource();
-  Reader r(data);
-  std::string_view name, author;
-  int32_t stringCount = 0, longCount = 0, pictureCount = 0;
-  if (!r.Take(kFieldSize, name) || !r.Take(kFieldSize, author) || !r.I32(stringCount) ||
-      !r.I32(longCount) || !r.I32(pictureCount))
-    return false;
-  if (stringCount < 0 || longCount < 0 || pictureCount != 0) return false;
-  // Cheap plausibility check before any work: every record needs its ID and a length.
-  if (static_cast<uint64_t>(stringCount) * (kFieldSize + 2) +
-          static_cast<uint64_t>(longCount) * (kFieldSize + 4) >
-      r.Left())
-    return false;
-  ResName = Bytes(TrimRightSpaces(name));
-  Author = Bytes(TrimRightSpaces(author));
+  return Walk(
+      data,
+      [&](std::string_view name, std::string_view author, int32_t strings) {
+        ResName = Bytes(TrimRightSpaces(name));
+        Author = Bytes(TrimRightSpaces(author));
+        strings_.reserve(static_cast<size_t>(strings));
+      },
+      // A repeated (or empty) ID is ignored, as the format says.
+      [&](std::string_view id, std::string_view text) { addString(text, id); },
+      [&](std::string_view id, int32_t value) { addLong(value, id); });
+}
 
-  strings_.reserve(static_cast<size_t>(stringCount));
-  for (int32_t k = 0; k < stringCount; ++k) {
-    std::string_view id, text;
-    int16_t shortLength = 0;
-    int32_t length = 0;
-    if (!r.Take(kFieldSize, id) || !r.I16(shortLength)) return false;
-    if (shortLength == kLongLengthMark) {
-      if (!r.I32(length) || length < 0) return false;
-    } else if (shortLength < 0) {
-      return false;
-    } else {
-      length = shortLength;
-    }
-    if (!r.Take(static_cast<size_t>(length), text)) return false;
-    addString(text, id);  // a repeated (or empty) ID is ignored, as the format says
-  }
-  for (int32_t k = 0; k < longCount; ++k) {
-    std::string_view id;
-    int32_t value = 0;
-    if (!r.Take(kFieldSize, id) || !r.I32(value)) return false;
-    addLong(value, id);
-  }
-  return true;
+bool EVBResource::readStrings(std::string_view data, std::vector<StringRecordView>& out) {
+  std::unordered_set<Bytes> keys;
+  Bytes key;
+  out.clear();
+  // Long records' IDs take their keys too, but they come after every string record.
+  return Walk(
+      data, [&](std::string_view, std::string_view, int32_t n) { out.reserve(size_t(n)); },
+      [&](std::string_view id, std::string_view text) {
+        if (KeyOf(id, key) && keys.insert(key).second) out.push_back({TrimRightSpaces(id), text});
+      },
+      [](std::string_view, int32_t) {});
 }
 
 }  // namespace mq

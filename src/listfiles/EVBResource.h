@@ -24,6 +24,11 @@ class EVBResource {
     Bytes id;  // without its padding
     Bytes data;
   };
+  // A string record inside a resource file's bytes, read without copying.
+  struct StringRecordView {
+    std::string_view id;  // without its padding
+    std::string_view data;
+  };
   struct LongRecord {
     Bytes id;
     int32_t value = 0;
@@ -40,11 +45,27 @@ class EVBResource {
   const std::vector<LongRecord>& longs() const { return longs_; }
 
   Bytes saveToBytes() const;
+
+  // Writes a resource file of string records straight into its bytes, each record's data
+  // copied once: a list of megabytes is not held twice. The bytes are those saveToBytes
+  // gives for the same records, which must all be announced and have valid, distinct IDs.
+  class Writer {
+   public:
+    Writer(int32_t strings, size_t reserveBytes);
+    void addString(std::string_view data, std::string_view id);
+    Bytes take() { return std::move(out_); }
+
+   private:
+    Bytes out_;
+  };
   // Replaces the content with the resource file in data. False when the data is damaged:
   // too short, a negative count, a count, length or ID running past the end. Picture
   // records have no layout that this program knows (list files never hold them), so a
   // non-zero picture count is refused; long records are read and kept.
   bool loadFromBytes(std::string_view data);
+  // The string records of a resource file as loadFromBytes would keep them (same checks,
+  // a repeated or empty ID dropped), as views into data.
+  static bool readStrings(std::string_view data, std::vector<StringRecordView>& out);
 
  private:
   bool TakeId(std::string_view id, Bytes& key);

@@ -11,14 +11,13 @@ namespace {
 
 constexpr size_t kMaxEntries = kClipSlots;
 
-Bytes Utf16LeBytes(TextView text) {
-  Bytes out;
-  out.reserve(text.size() * 2);
+void Utf16LeBytes(TextView text, Bytes& out) {
+  out.resize(text.size() * 2);
+  char* o = out.data();
   for (char16_t c : text) {
-    out.push_back(static_cast<char>(c & 0xFF));
-    out.push_back(static_cast<char>(c >> 8));
+    *o++ = static_cast<char>(c & 0xFF);
+    *o++ = static_cast<char>(c >> 8);
   }
-  return out;
 }
 
 Text FromUtf16LeBytes(std::string_view bytes) {
@@ -31,7 +30,7 @@ Text FromUtf16LeBytes(std::string_view bytes) {
 
 // The row's display text: a rich entry shows its plain text.
 Text DisplayText(ListContext& context, const ClipEntry& entry) {
-  if (!entry.IsRich()) return entry.text;
+  if (!entry.IsRich()) return Text(TextView(entry.text).substr(0, kRowTextChars));
   context.richText.LoadRtf(entry.rtf);
   Text plain = context.richText.PlainText();
   context.richText.Clear();
@@ -49,60 +48,101 @@ int16_t EntryTypeOfId(std::string_view id) {
   return kFormatPlain;
 }
 
-Bytes EncodeListFile(const std::vector<ClipEntry>& entries, const CodePage& codePage,
-                     bool isProtected, TextView password) {
-  EVBResource store;
+namespace {
+
+// The file for entries given by address, so that a save copies no entry first.
+Bytes EncodeEntries(const std::vector<const ClipEntry*>& entries, const CodePage& codePage,
+                    bool isProtected, TextView password) {
+  // Room for every entry at two bytes a character; pages never written cost nothing.
+  size_t room = 0;
+  for (const ClipEntry* e : entries)
+    room += 64 + (e->IsRich() ? e->rtf.size() : e->text.size() * 2);
+  EVBResource::Writer store(static_cast<int32_t>(entries.size()), room);
+  Bytes scratch;  // one conversion buffer for all entries
   for (size_t p = 0; p < entries.size(); ++p) {
-    const ClipEntry& e = entries[p];
+    const ClipEntry& e = *entries[p];
     int16_t type = e.format;
-    Bytes data;
+    std::string_view data;
     if (e.IsRich()) {
       data = e.rtf;
     } else {
       type = kFormatPlain;
       // ANSI whenever nothing would be lost; otherwise the exact UTF-16 text.
-      bool exact = codePage.ToAnsi(e.text, data) && codePage.FromAnsi(data) == e.text;
-      if (!exact) {
+      if (!codePage.ToAnsiExact(e.text, scratch)) {
         type = kTypeUnicode;
-        data = Utf16LeBytes(e.text);
+        Utf16LeBytes(e.text, scratch);
       }
+      data = scratch;
     }
-    Bytes id = Narrow(Format000(static_cast<long long>(p)) + ToDecimal(type));
-    store.addString(data, id);
+    store.addString(data, Narrow(Format000(static_cast<long long>(p)) + ToDecimal(type)));
   }
-  Bytes file = clsHuffman::Encode(store.saveToBytes());
+  Bytes file = clsHuffman::Encode(store.take());
   if (!isProtected) return file;
   clsRC4 rc4;
   rc4.Key(password, codePage);
-  return rc4.Protect(file);
+  rc4.ProtectInPlace(file);
+  return file;
 }
 
-bool OpenListResource(std::string_view file, const CodePage& codePage, bool isProtected,
-                      TextView password, EVBResource& resource) {
-  Bytes container;
+std::vector<const ClipEntry*> CurrentEntryAddresses(const ClipStore& store) {
+  std::vector<const ClipEntry*> entries;
+  entries.reserve(store.lstClip.Rows().size());
+  for (const auto& row : store.lstClip.Rows()) {
+    if (row.itemData < 0 || row.itemData >= kClipSlots) continue;
+    entries.push_back(&store.Entry(row.itemData));
+  }
+  return entries;
+}
+
+}  // namespace
+
+Bytes EncodeListFile(const std::vector<ClipEntry>& entries, const CodePage& codePage,
+                     bool isProtected, TextView password) {
+  std::vector<const ClipEntry*> addresses;
+  addresses.reserve(entries.size());
+  for (const ClipEntry& e : entries) addresses.push_back(&e);
+  return EncodeEntries(addresses, codePage, isProtected, password);
+}
+
+namespace {
+// The resource file inside a list file: decrypted into scratch when protected, else a view
+// of the container as it is. False when a layer cannot be decoded.
+bool OpenResourceBytes(std::string_view file, const CodePage& codePage, bool isProtected,
+                       TextView password, Bytes& plain) {
+  Bytes decrypted;
   if (isProtected) {
     clsRC4 rc4;
     rc4.Key(password, codePage);
-    if (!rc4.Unprotect(file, container)) return false;
-  } else {
-    container.assign(file);
+    if (!rc4.Unprotect(file, decrypted)) return false;
+    file = decrypted;
   }
+  return clsHuffman::Decode(file, plain);
+}
+}  // namespace
+
+bool OpenListResource(std::string_view file, const CodePage& codePage, bool isProtected,
+                      TextView password, EVBResource& resource) {
   Bytes plain;
-  return clsHuffman::Decode(container, plain) && resource.loadFromBytes(plain);
+  return OpenResourceBytes(file, codePage, isProtected, password, plain) &&
+         resource.loadFromBytes(plain);
 }
 
-bool DecodeListFile(std::string_view file, const CodePage& codePage, bool isProtected,
-                    TextView password, std::vector<ClipEntry>& entries) {
-  EVBResource store;
-  if (!OpenListResource(file, codePage, isProtected, password, store)) return false;
+namespace {
+// The entries of a Huffman container (a list file, decrypted when it was protected).
+bool DecodeContainer(std::string_view container, const CodePage& codePage,
+                     std::vector<ClipEntry>& entries) {
+  Bytes plain;
+  std::vector<EVBResource::StringRecordView> records;
+  if (!clsHuffman::Decode(container, plain) || !EVBResource::readStrings(plain, records))
+    return false;
 
   std::vector<ClipEntry> out;
-  out.reserve(store.strings().size());
-  for (const auto& record : store.strings()) {
+  out.reserve(records.size());
+  for (const auto& record : records) {
     ClipEntry entry;
     const int16_t type = EntryTypeOfId(record.id);
     if (type == kFormatRich) {
-      entry = ClipEntry::Rich(record.data);
+      entry = ClipEntry::Rich(Bytes(record.data));
     } else if (type == kTypeUnicode) {
       if (record.data.size() % 2 != 0) return false;  // half a character: damaged
       entry.text = FromUtf16LeBytes(record.data);
@@ -114,6 +154,16 @@ bool DecodeListFile(std::string_view file, const CodePage& codePage, bool isProt
   }
   entries = std::move(out);
   return true;
+}
+}  // namespace
+
+bool DecodeListFile(std::string_view file, const CodePage& codePage, bool isProtected,
+                    TextView password, std::vector<ClipEntry>& entries) {
+  if (!isProtected) return DecodeContainer(file, codePage, entries);
+  Bytes container;
+  clsRC4 rc4;
+  rc4.Key(password, codePage);
+  return rc4.Unprotect(file, container) && DecodeContainer(container, codePage, entries);
 }
 
 std::vector<ClipEntry> CurrentEntries(const ClipStore& store) {
@@ -127,26 +177,21 @@ std::vector<ClipEntry> CurrentEntries(const ClipStore& store) {
 
 SaveResult SaveListFile(ListContext& context, TextView path, bool isProtected,
                         TextView password) {
-  Bytes file = EncodeListFile(CurrentEntries(context.store), context.codePage, isProtected,
-                              password);
+  Bytes file = EncodeEntries(CurrentEntryAddresses(context.store), context.codePage,
+                            isProtected, password);
   SaveResult result;
   result.ok = context.files.WriteAllAtomic(path, file, result.error);
   return result;
 }
 
-void MergeEntries(ListContext& context, const std::vector<ClipEntry>& loaded, LoadMode mode) {
+void MergeEntries(ListContext& context, std::vector<ClipEntry> loaded, LoadMode mode) {
   ClipStore& store = context.store;
   using Placed = std::pair<ClipEntry, Text>;  // an entry and its row's display text
-  std::vector<Placed> existing;
-  for (const auto& row : store.lstClip.Rows()) {
-    if (row.itemData < 0 || row.itemData >= kClipSlots) continue;
-    const ClipEntry& entry = store.Entry(row.itemData);
-    TextView prefix = entry.IsRich() ? kRichRowPrefix : kPlainRowPrefix;
-    TextView text = row.text;
-    existing.push_back({entry, Text(StartsWith(text, prefix) ? text.substr(prefix.size()) : text)});
-  }
+  std::vector<const ListRow*> rows;
+  for (const auto& row : store.lstClip.Rows())
+    if (row.itemData >= 0 && row.itemData < kClipSlots) rows.push_back(&row);
   const int keptIndex = store.lstClip.ListIndex();
-  const size_t cnt = loaded.size(), have = existing.size();
+  const size_t cnt = loaded.size(), have = rows.size();
 
   // Counts as the load modes define them; the store is then rebuilt compactly, so every
   // row's item data is fresh and no slot is left behind without a row.
@@ -159,13 +204,23 @@ void MergeEntries(ListContext& context, const std::vector<ClipEntry>& loaded, Lo
   }
   const size_t n = std::min(cnt, kMaxEntries - start);
 
+  // Only the entries that stay are copied out of the store.
+  auto keep = [&](std::vector<Placed>& to) {
+    for (size_t k = 0; k < kept; ++k) {
+      const ClipEntry& entry = store.Entry(rows[k]->itemData);
+      TextView prefix = entry.IsRich() ? kRichRowPrefix : kPlainRowPrefix;
+      TextView text = rows[k]->text;
+      to.emplace_back(entry, Text(StartsWith(text, prefix) ? text.substr(prefix.size()) : text));
+    }
+  };
   std::vector<Placed> result;
   result.reserve(n + kept);
-  if (mode == LoadMode::AppendAfterCurrent)
-    result.insert(result.end(), existing.begin(), existing.begin() + static_cast<long>(kept));
-  for (size_t j = 0; j < n; ++j) result.emplace_back(loaded[j], DisplayText(context, loaded[j]));
-  if (mode == LoadMode::InsertBeforeCurrent)
-    result.insert(result.end(), existing.begin(), existing.begin() + static_cast<long>(kept));
+  if (mode == LoadMode::AppendAfterCurrent) keep(result);
+  for (size_t j = 0; j < n; ++j) {
+    Text display = DisplayText(context, loaded[j]);
+    result.emplace_back(std::move(loaded[j]), std::move(display));
+  }
+  if (mode == LoadMode::InsertBeforeCurrent) keep(result);
 
   store.Replace(std::move(result));
   // Appending leaves the window's lines (and so its selection) where they were.
@@ -188,11 +243,20 @@ LoadResult LoadListFile(ListContext& context, TextView path, LoadMode mode, bool
     return result;
   }
   std::vector<ClipEntry> loaded;
-  if (!DecodeListFile(file, context.codePage, isProtected, password, loaded)) {
+  // The file's own buffer is decrypted where it lies.
+  bool decoded;
+  if (isProtected) {
+    clsRC4 rc4;
+    rc4.Key(password, context.codePage);
+    decoded = rc4.UnprotectInPlace(file) && DecodeContainer(file, context.codePage, loaded);
+  } else {
+    decoded = DecodeContainer(file, context.codePage, loaded);
+  }
+  if (!decoded) {
     result.status = LoadStatus::NotDecoded;
     return result;
   }
-  MergeEntries(context, loaded, mode);
+  MergeEntries(context, std::move(loaded), mode);
   result.status = LoadStatus::Loaded;
   return result;
 }

@@ -77,7 +77,7 @@ LoadResult LoadListFile(ListContext& context, TextView path, LoadMode mode,
                         bool isProtected, TextView password);
 
 // Merges decoded entries into the clip list the way a load does (capacity 100).
-void MergeEntries(ListContext& context, const std::vector<ClipEntry>& loaded, LoadMode mode);
+void MergeEntries(ListContext& context, std::vector<ClipEntry> loaded, LoadMode mode);
 
 // The first four bytes with CR and "0".."Z" kept and every other byte (also a missing one)
 // as "x"; an empty text when the file cannot be read. Only those bytes are read.

@@ -39,25 +39,29 @@ void clsRC4::Schedule(std::string_view key) {
   }
 }
 
-void clsRC4::EncryptByte(Bytes& bytes) const {
+void clsRC4::Crypt(char* data, size_t size) const {
   std::array<uint8_t, 256> s = keyed_;
   uint8_t i = 0, j = 0;
-  for (char& ch : bytes) {
+  for (char* p = data; p != data + size; ++p) {
     i = static_cast<uint8_t>(i + 1);
     const uint8_t si = s[i];
     j = static_cast<uint8_t>(j + si);
     const uint8_t sj = s[j];
     s[i] = sj;
     s[j] = si;
-    ch = static_cast<char>(static_cast<uint8_t>(ch) ^ s[static_cast<uint8_t>(si + sj)]);
+    *p = static_cast<char>(static_cast<uint8_t>(*p) ^ s[static_cast<uint8_t>(si + sj)]);
   }
 }
 
+void clsRC4::EncryptByte(Bytes& bytes) const { Crypt(bytes.data(), bytes.size()); }
+
 Bytes clsRC4::Protect(std::string_view plain) const {
-  Bytes body(plain);
-  EncryptByte(body);
-  Bytes out(kEnvelopeMark);
-  out += body;
+  // One buffer, encrypted where it lies: a list can be megabytes.
+  Bytes out;
+  out.reserve(kEnvelopeMark.size() + plain.size());
+  out += kEnvelopeMark;
+  out += plain;
+  Crypt(out.data() + kEnvelopeMark.size(), plain.size());
   return out;
 }
 
@@ -67,6 +71,19 @@ bool clsRC4::Unprotect(std::string_view envelope, Bytes& out) const {
   Bytes body(envelope.substr(4));
   EncryptByte(body);
   out = std::move(body);
+  return true;
+}
+
+void clsRC4::ProtectInPlace(Bytes& data) const {
+  data.insert(0, kEnvelopeMark);
+  Crypt(data.data() + kEnvelopeMark.size(), data.size() - kEnvelopeMark.size());
+}
+
+bool clsRC4::UnprotectInPlace(Bytes& envelope) const {
+  if (envelope.size() < kEnvelopeMark.size() || envelope.compare(0, 4, kEnvelopeMark) != 0)
+    return false;
+  envelope.erase(0, kEnvelopeMark.size());
+  EncryptByte(envelope);
   return true;
 }
 

@@ -32,9 +32,13 @@ class clsRC4 {
   // False (out untouched) when envelope does not start with "M2P" CR; otherwise out holds
   // the decrypted remainder. A wrong password is not detected here.
   bool Unprotect(std::string_view envelope, Bytes& out) const;
+  // The same, in the caller's buffer: a list of megabytes is not copied for it.
+  void ProtectInPlace(Bytes& data) const;
+  bool UnprotectInPlace(Bytes& envelope) const;
 
  private:
   void Schedule(std::string_view keyBytes);
+  void Crypt(char* data, size_t size) const;
 
   std::array<uint8_t, 256> keyed_{};
   Text password_;

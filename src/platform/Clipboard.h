@@ -16,6 +16,7 @@ constexpr int16_t kFormatRich = -16639;
 enum class ClipRead {
   PlainOnly,   // the Unicode text, whatever else is there
   PreferRich,  // the rich text when there is some, else the Unicode text
+  RichAndText, // PreferRich, and the Unicode text beside the rich text when there is both
 };
 
 struct ClipboardData {
@@ -26,7 +27,7 @@ struct ClipboardData {
   // locale) and the rich text: a picture, HTML, a file list, an application's own data.
   bool hasOther = false;
   int16_t format = 0;  // what was read: kFormatPlain, kFormatRich, or 0 for nothing
-  Text text;           // set for kFormatPlain
+  Text text;           // set for kFormatPlain, and for kFormatRich read with RichAndText
   Bytes rtf;           // set for kFormatRich
 };
 

@@ -34,7 +34,7 @@ void ListModel::SetList(int index, Text text) {
 
 void ListModel::MoveItem(int from, int to) {
   if (from < 0 || from >= ListCount() || to < 0 || to >= ListCount() || from == to) return;
-  ListRow row = rows_[from];
+  ListRow row = std::move(rows_[from]);
   RemoveItem(from);
   AddItem(std::move(row.text), row.itemData, to);
 }

@@ -43,9 +43,17 @@ bool StdFileSystem::ReadAll(TextView path, Bytes& out, Text& error) {
     error = DescribeErrno(errno ? errno : EIO);
     return false;
   }
+  // Read in one go into a buffer of the file's size; a file that grew meanwhile is read on.
   Bytes data;
+  std::error_code ec;
+  const auto size = fs::file_size(ToPath(path), ec);
+  if (!ec) {
+    data.resize(static_cast<size_t>(size));
+    in.read(data.data(), static_cast<std::streamsize>(data.size()));
+    data.resize(static_cast<size_t>(in.gcount()));
+  }
   char buffer[1 << 16];
-  while (in.read(buffer, sizeof buffer) || in.gcount() > 0)
+  while (in && (in.read(buffer, sizeof buffer) || in.gcount() > 0))
     data.append(buffer, static_cast<size_t>(in.gcount()));
   if (in.bad()) {
     error = DescribeErrno(errno ? errno : EIO);

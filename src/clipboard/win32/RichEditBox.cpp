@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "clipboard/CaseOps.h"
+
 namespace mq::win32 {
 
 namespace {
@@ -55,11 +57,6 @@ bool StreamIn(HWND box, WPARAM format, const void* data, size_t size) {
   return stream.dwError == 0;
 }
 
-bool LooksLikeRtf(std::string_view rtf) {
-  size_t i = rtf.find_first_not_of(" \t\r\n");
-  return i != std::string_view::npos && rtf.substr(i, 5) == "{\\rtf";
-}
-
 }  // namespace
 
 const wchar_t* RichEditWindowClass() { return RichEditClass(); }
@@ -68,7 +65,19 @@ bool StreamInto(HWND box, WPARAM format, const void* data, size_t size) {
   return StreamIn(box, format, data, size);
 }
 
-RichEditBox::RichEditBox(HWND parent) : parent_(parent) { Renew(); }
+// The control (and so its library) is made when first needed: most clips are plain text,
+// and a rich one with its plain text beside it needs no box either.
+RichEditBox::RichEditBox(HWND parent) : parent_(parent) {}
+
+bool RichEditBox::IsReady() {
+  if (!box_) Renew();
+  return static_cast<bool>(box_);
+}
+
+HWND RichEditBox::Handle() {
+  IsReady();
+  return box_.Get();
+}
 
 void RichEditBox::Renew() {
   box_.Reset();
@@ -107,7 +116,14 @@ Text RichEditBox::PlainText() {
 }
 
 void RichEditBox::SetPlainText(TextView text) {
-  if (!box_) return;
+  if (!box_) {
+    // No old content: a fresh control's own formatting.
+    Renew();
+    if (box_)
+      StreamIn(box_.Get(), SF_TEXT | SF_UNICODE | SFF_SELECTION, text.data(),
+               text.size() * sizeof(char16_t));
+    return;
+  }
   // The new text takes the formatting at the start of the old content: its first
   // character's and its first paragraph's.
   SendMessageW(box_.Get(), EM_SETSEL, 0, 0);
@@ -131,12 +147,13 @@ void RichEditBox::SetPlainText(TextView text) {
 
 Bytes RichEditBox::Rtf() {
   Bytes out;
-  if (!box_) return out;
+  if (!IsReady()) return out;  // an empty box still writes a document
   EDITSTREAM stream{reinterpret_cast<DWORD_PTR>(&out), 0, AppendToBytes};
   SendMessageW(box_.Get(), EM_STREAMOUT, SF_RTF, reinterpret_cast<LPARAM>(&stream));
   return out;
 }
 
-void RichEditBox::Clear() { Renew(); }
+// Empty is no control at all; the next use makes a fresh one.
+void RichEditBox::Clear() { box_.Reset(); }
 
 }  // namespace mq::win32

@@ -1,10 +1,11 @@
 // The never-shown rich-text box (rtbFormat) on the platform's rich edit control: msftedit's
 // RICHEDIT50W where present, riched20's RichEdit20W otherwise.
 //
-// Every replacement of the whole content (LoadRtf, SetPlainText, Clear) starts from a fresh
-// control instead of deleting the old text: Wine: deleting a long text takes time quadratic
-// in its paragraphs (a 1 MB text took over a minute), while a new control costs a few ms.
-// Handle() therefore changes with each of them.
+// Every replacement of the whole content (LoadRtf, SetPlainText) starts from a fresh
+// control, and Clear drops the control, instead of deleting the old text: Wine: deleting a
+// long text takes time quadratic in its paragraphs (a 1 MB text took over a minute), while a
+// new control costs a few ms. Handle() therefore changes with each of them. The control and
+// its library are made on first use.
 #pragma once
 
 #include <windows.h>
@@ -25,8 +26,9 @@ class RichEditBox final : public RichTextBox {
   // (rtbFormat is never shown, so it needs no window to live in).
   explicit RichEditBox(HWND parent = nullptr);
 
-  bool IsReady() const { return static_cast<bool>(box_); }
-  HWND Handle() const { return box_.Get(); }
+  // Make the control if it is not there yet (the library is loaded on first use).
+  bool IsReady();
+  HWND Handle();
 
   bool LoadRtf(std::string_view rtf) override;
   // Paragraph ends come back as CR LF, as on the clipboard.

@@ -32,9 +32,10 @@ class FakeClipboard : public Clipboard {
     out.hasText = hasText;
     out.hasRich = hasRich;
     out.hasOther = hasOther;
-    if (mode == ClipRead::PreferRich && hasRich) {
+    if (mode != ClipRead::PlainOnly && hasRich) {
       out.format = kFormatRich;
       out.rtf = rtf;
+      if (mode == ClipRead::RichAndText && hasText) out.text = text;
     } else if (hasText) {
       out.format = kFormatPlain;
       out.text = text;
