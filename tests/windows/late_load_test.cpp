@@ -9,7 +9,6 @@
 #include <cstdlib>
 #include <string>
 
-#include "app/win32/LateRichTextBox.h"
 #include "clipboard/win32/RichEditBox.h"
 #include "platform/win32/Handles.h"
 #include "platform/win32/LateLibrary.h"
@@ -61,63 +60,6 @@ TEST(LateLibrary, OleApartmentIsEnteredOnceAndLeft) {
   EXPECT_TRUE(SUCCEEDED(hr)) << std::hex << hr;
   if (SUCCEEDED(hr)) coUninitialize();
   EXPECT_TRUE(OleApartment::Enter());
-}
-
-TEST(LateRichTextBox, MadeOnFirstUseAndGivesWhatTheBoxGives) {
-  LateRichTextBox late;
-  late.Clear();
-  EXPECT_FALSE(late.Made()) << "clearing a box nobody used needs no box";
-
-  RichEditBox box;
-  ASSERT_TRUE(box.IsReady());
-  // An unused box's text and RTF are those of a fresh one.
-  EXPECT_TRUE(late.PlainText() == box.PlainText());
-  EXPECT_TRUE(late.Made());
-  EXPECT_TRUE(late.Rtf() == box.Rtf());
-
-  const char* documents[] = {
-      "{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\f0\\b Bold\\b0  and plain\\par second}",
-      "{\\rtf1\\ansi\\ansicpg1252 caf\\'e9 \\u937?}",
-      "not rich text at all",
-  };
-  for (const char* rtf : documents) {
-    SCOPED_TRACE(rtf);
-    LateRichTextBox fresh;
-    RichEditBox reference;
-    EXPECT_EQ(fresh.LoadRtf(rtf), reference.LoadRtf(rtf));
-    EXPECT_TRUE(fresh.PlainText() == reference.PlainText());
-    fresh.SetPlainText(u"MIXED case");
-    reference.SetPlainText(u"MIXED case");
-    EXPECT_TRUE(fresh.Rtf() == reference.Rtf());
-    fresh.Clear();
-    EXPECT_TRUE(fresh.PlainText().empty());
-  }
-}
-
-std::wstring BesideThisProgram(const wchar_t* name) {
-  wchar_t self[MAX_PATH];
-  GetModuleFileNameW(nullptr, self, MAX_PATH);
-  std::wstring path = self;
-  return path.substr(0, path.find_last_of(L"\\/") + 1) + name;
-}
-
-// The icon's colour and alpha as the system renders them into a 32-bit DIB.
-art::Image IconPixels(HICON icon, int size) {
-  art::Image image{size, size, std::vector<uint8_t>(static_cast<size_t>(size) * size * 4)};
-  ICONINFO info{};
-  if (!GetIconInfo(icon, &info)) return art::Image{};
-  HDC dc = GetDC(nullptr);
-  BITMAPINFO bmi{};
-  bmi.bmiHeader = {sizeof(BITMAPINFOHEADER), size, -size, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-  const int rows = info.hbmColor ? GetDIBits(dc, info.hbmColor, 0, size, image.rgba.data(), &bmi,
-                                             DIB_RGB_COLORS)
-                                 : 0;
-  ReleaseDC(nullptr, dc);
-  if (info.hbmColor) DeleteObject(info.hbmColor);
-  if (info.hbmMask) DeleteObject(info.hbmMask);
-  if (rows != size) return art::Image{};
-  for (size_t i = 0; i < image.rgba.size(); i += 4) std::swap(image.rgba[i], image.rgba[i + 2]);
-  return image;
 }
 
 TEST(IconResources, TheSystemLoadsThePngImagesAt256Pixels) {

@@ -7,8 +7,8 @@
 
 #include "app/frmMain.h"
 #include "app/win32/FlashWindow.h"
-#include "app/win32/LateRichTextBox.h"
 #include "app/win32/MainWindow.h"
+#include "clipboard/win32/RichEditBox.h"
 #include "clipboard/win32/Win32Clipboard.h"
 #include "platform/win32/Win32Ports.h"
 #include "hotkeys/win32/Win32HotkeySystem.h"
@@ -85,7 +85,7 @@ int App::Run() {
   // the never-shown rich-text box in a window of its own, made when rich text first needs it.
   frmList list{settings};
   ClipStore store{list.lstClip};
-  LateRichTextBox rtbFormat;
+  RichEditBox rtbFormat;
   MainWindow window;  // frmMain's window; it also shows the message boxes
   ClipOperations clip({store, clipboard, rtbFormat, clock, cases, window, keys});
 

@@ -6,14 +6,17 @@
 #include <cstring>
 
 #include "clipboard/CaseOps.h"
+#include "platform/win32/LateLibrary.h"
 
 namespace mq::win32 {
 
 namespace {
 
 // Loaded once for the run; the windows of its class must be gone before it is freed, which
-// holds at process exit.
+// holds at process exit. The control's clipboard and drag commands need the thread in an OLE
+// apartment, entered here rather than at start-up, which plain text never needs.
 struct RichEditLibrary {
+  bool ole = OleApartment::Enter();
   UniqueModule module{LoadLibraryW(L"Msftedit.dll")};
   const wchar_t* className = L"RICHEDIT50W";
 
