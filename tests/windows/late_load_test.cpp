@@ -62,6 +62,32 @@ TEST(LateLibrary, OleApartmentIsEnteredOnceAndLeft) {
   EXPECT_TRUE(OleApartment::Enter());
 }
 
+std::wstring BesideThisProgram(const wchar_t* name) {
+  wchar_t self[MAX_PATH];
+  GetModuleFileNameW(nullptr, self, MAX_PATH);
+  std::wstring path = self;
+  return path.substr(0, path.find_last_of(L"\\/") + 1) + name;
+}
+
+// The icon's colour and alpha as the system renders them into a 32-bit DIB.
+art::Image IconPixels(HICON icon, int size) {
+  art::Image image{size, size, std::vector<uint8_t>(static_cast<size_t>(size) * size * 4)};
+  ICONINFO info{};
+  if (!GetIconInfo(icon, &info)) return art::Image{};
+  HDC dc = GetDC(nullptr);
+  BITMAPINFO bmi{};
+  bmi.bmiHeader = {sizeof(BITMAPINFOHEADER), size, -size, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+  const int rows = info.hbmColor ? GetDIBits(dc, info.hbmColor, 0, size, image.rgba.data(), &bmi,
+                                             DIB_RGB_COLORS)
+                                 : 0;
+  ReleaseDC(nullptr, dc);
+  if (info.hbmColor) DeleteObject(info.hbmColor);
+  if (info.hbmMask) DeleteObject(info.hbmMask);
+  if (rows != size) return art::Image{};
+  for (size_t i = 0; i < image.rgba.size(); i += 4) std::swap(image.rgba[i], image.rgba[i + 2]);
+  return image;
+}
+
 TEST(IconResources, TheSystemLoadsThePngImagesAt256Pixels) {
   UniqueModule module(LoadLibraryExW(BesideThisProgram(L"marquill.exe").c_str(), nullptr,
                                      LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE));
