@@ -80,11 +80,11 @@ TEST(FullDiskSave, FailsWithTheSystemsMessageAndLosesNothing) {
   }
   const std::set<Text> listing = FilesIn(folder);
 
-  for (int k = 0; k < 40; ++k) store.Append(ClipEntry::Plain(Noise(k, 2000)), u"noise");
+  for (int k = 0; k < 20; ++k) store.Append(ClipEntry::Plain(Noise(k, 2000)), u"noise");
   const Text fullDisk = SystemErrorText(ERROR_DISK_FULL);
   for (const Text& target : {existing, fresh}) {
     SCOPED_TRACE(target == existing ? "over an existing list" : "as a new list");
-    const SaveResult result = FileOperations::SaveListFile(context, target, false, u"");
+    const FileOperations::SaveResult result = FileOperations::SaveListFile(context, target, false, u"");
     EXPECT_FALSE(result.ok);
     EXPECT_EQ(result.error, fullDisk);
     Bytes after;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "clipboard/ClipOperations.h"
+#include "clipboard/RtfGroups.h"
 #include "clipboard/win32/ClipboardSession.h"
 #include "clipboard/win32/RichEditBox.h"
 #include "clipboard/win32/Win32Clipboard.h"
@@ -39,11 +40,11 @@ void Copy(const std::string& rtf, const Text* plain) {
   ClipboardSession session(owner.Get());
   ASSERT_TRUE(session.IsOpen());
   ASSERT_TRUE(session.Empty());
-  ASSERT_TRUE(session.Put(Win32Clipboard::RichTextFormat(),
-                          CopyToGlobal(rtf.data(), rtf.size() + 1, 0)));
+  auto rich = CopyToGlobal(rtf.data(), rtf.size() + 1, 0);
+  ASSERT_TRUE(session.Put(Win32Clipboard::RichTextFormat(), rich));
   if (plain) {
-    ASSERT_TRUE(session.Put(CF_UNICODETEXT,
-                            CopyToGlobal(plain->data(), (plain->size() + 1) * sizeof(char16_t), 0)));
+    auto text = CopyToGlobal(plain->data(), (plain->size() + 1) * sizeof(char16_t), 0);
+    ASSERT_TRUE(session.Put(CF_UNICODETEXT, text));
   }
 }
 
@@ -56,6 +57,7 @@ TEST(HostileRtfCapture, TakenAsPlainTextOrNotAtAll) {
     const char* name;
     std::string rtf;
   } hostile[] = {
+      {"33 nested groups", "{\\rtf1 " + std::string(32, '{') + "x" + std::string(33, '}')},
       {"truncated", "{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\f0\\fs20 {\\b Hel"},
       {"100,000 nested groups", deep},
       {"10 MB of braces", tenMbOfBraces},
@@ -78,14 +80,17 @@ TEST(HostileRtfCapture, TakenAsPlainTextOrNotAtAll) {
   for (const auto& c : hostile) {
     SCOPED_TRACE(c.name);
     // With a plain text beside it: that text, case-changed, as a plain entry.
-    const Text plain = Text(u"copied ") + Text(c.name, c.name + std::strlen(c.name));
+    Text plain = u"copied ";
+    plain.append(c.name, c.name + std::strlen(c.name));
     Copy(c.rtf, &plain);
     ops.AddClipEntry(false, kUpper);
     ASSERT_EQ(rows.ListCount(), ++expectedRows);
     const ClipEntry& entry = store.EntryAtRow(expectedRows - 1);
     EXPECT_FALSE(entry.IsRich());
     EXPECT_EQ(entry.text, cases.Upper(plain));
-    EXPECT_EQ(rows.List(expectedRows - 1), u"\t" + cases.Upper(plain));
+    Text row = u"\t";
+    row += entry.text;
+    EXPECT_EQ(rows.List(expectedRows - 1), row);
 
     // The document alone: nothing is taken.
     Copy(c.rtf, nullptr);
@@ -94,8 +99,9 @@ TEST(HostileRtfCapture, TakenAsPlainTextOrNotAtAll) {
   }
   EXPECT_EQ(messages.shown, 0);
 
-  // The box still reads a good document afterwards.
-  Copy("{\\rtf1 {\\b fine}}", nullptr);
+  // The box still reads a good document afterwards, nested as deep as it may be.
+  Copy("{\\rtf1 " + std::string(kMaxRtfDepth - 1, '{') + "fine" + std::string(kMaxRtfDepth, '}'),
+       nullptr);
   ops.AddClipEntry(false, kUpper);
   ASSERT_EQ(rows.ListCount(), expectedRows + 1);
   EXPECT_TRUE(store.EntryAtRow(expectedRows).IsRich());

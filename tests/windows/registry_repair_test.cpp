@@ -90,7 +90,7 @@ TEST_F(RegistryRepair, WrongTypesAndHugeValuesGoToTheirDefaults) {
        [](Settings& s) { return ToDecimal(ReadHotkeyCode(s, 1).vkey); }, u"51", nullptr},
       {L"Set_HV_Ky", megabyteOfTwos,
        [](Settings& s) { return ToDecimal(ReadHotkeyCode(s, -1).vkey); }, u"49", nullptr},
-      {L"Set_Pn", Dword(2), [](Settings& s) { return ReadWindowOption(s, kPinRule).set; }, u"0",
+      {L"Set_Pn", Dword(2), [](Settings& s) { return ReadWindowOption(s, kPinRule).set; }, u"1",
        L"0"},
       {L"Cur_FF_S", Binary(""),
        [](Settings& s) { return ToDecimal(ReadFilterIndex(s, kSaveDialogRule)); }, u"1", L"1"},

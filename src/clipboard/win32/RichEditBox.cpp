@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "clipboard/RtfGroups.h"
+
 namespace mq::win32 {
 
 namespace {
@@ -55,11 +57,6 @@ bool StreamIn(HWND box, WPARAM format, const void* data, size_t size) {
   return stream.dwError == 0;
 }
 
-bool LooksLikeRtf(std::string_view rtf) {
-  size_t i = rtf.find_first_not_of(" \t\r\n");
-  return i != std::string_view::npos && rtf.substr(i, 5) == "{\\rtf";
-}
-
 }  // namespace
 
 const wchar_t* RichEditWindowClass() { return RichEditClass(); }
@@ -86,7 +83,8 @@ void RichEditBox::Renew() {
 }
 
 bool RichEditBox::LoadRtf(std::string_view rtf) {
-  if (!LooksLikeRtf(rtf)) return false;
+  // Wine: see RtfGroups.h for what hostile documents do to the control.
+  if (CheckRtfGroups(rtf) != RtfGroups::Readable) return false;
   Renew();
   return box_ && StreamIn(box_.Get(), SF_RTF, rtf.data(), rtf.size());
 }
