@@ -2,6 +2,7 @@
 // the real rich-text box: it is taken as its plain text, or not at all, and never hangs.
 #include <gtest/gtest.h>
 #include <windows.h>
+#include <richedit.h>
 
 #include <cstring>
 #include <string>
@@ -106,6 +107,11 @@ TEST(HostileRtfCapture, TakenAsPlainTextOrNotAtAll) {
   ASSERT_EQ(rows.ListCount(), expectedRows + 1);
   EXPECT_TRUE(store.EntryAtRow(expectedRows).IsRich());
   EXPECT_EQ(rows.List(expectedRows), u"+\tFINE");
+
+  // The viewer streams stored entries straight into its own control: refused there too.
+  UniqueWindow viewer(CreateWindowExW(0, RichEditWindowClass(), L"", WS_CHILD, 0, 0, 10, 10,
+                                      HWND_MESSAGE, nullptr, nullptr, nullptr));
+  EXPECT_FALSE(StreamInto(viewer.Get(), SF_RTF, tenMbOfBraces.data(), tenMbOfBraces.size()));
 }
 
 }  // namespace
