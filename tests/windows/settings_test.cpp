@@ -34,11 +34,11 @@ TEST_F(RegistryStore, StringValuesAndForeignOnes) {
   RegSetKeyValueW(HKEY_CURRENT_USER, kTestKey, L"Set_FO", REG_SZ, L"60", 4);
   ASSERT_EQ(port.Read(u"Set_FO", value), SettingsPort::Status::Ok);
   EXPECT_EQ(value, u"60");
-  // A number where a string belongs is a failure of the store, which start-up answers with a
-  // reset of every setting.
+  // A number where a string belongs reads as an empty (invalid) text, for its reader to repair.
   DWORD number = 2;
   RegSetKeyValueW(HKEY_CURRENT_USER, kTestKey, L"Set_Mo", REG_DWORD, &number, sizeof(number));
-  EXPECT_EQ(port.Read(u"Set_Mo", value), SettingsPort::Status::Failed);
+  EXPECT_EQ(port.Read(u"Set_Mo", value), SettingsPort::Status::Ok);
+  EXPECT_EQ(value, u"");
   Settings settings(port);
   settings::WriteResetValues(settings);
   EXPECT_FALSE(settings.Failed());

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "clipboard/CaseOps.h"
+#include "clipboard/RtfGroups.h"
 #include "platform/win32/LateLibrary.h"
 
 namespace mq::win32 {
@@ -54,6 +55,11 @@ DWORD CALLBACK AppendToBytes(DWORD_PTR cookie, LPBYTE buffer, LONG size, LONG* d
 }
 
 bool StreamIn(HWND box, WPARAM format, const void* data, size_t size) {
+  // Wine: a document nested too deep crashes the control (see RtfGroups.h). Checked here so
+  // that every box fed rich text, the viewer's too, is spared it.
+  if ((format & SF_RTF) &&
+      CheckRtfGroups(std::string_view(static_cast<const char*>(data), size)) != RtfGroups::Readable)
+    return false;
   Source source{static_cast<const char*>(data), size};
   EDITSTREAM stream{reinterpret_cast<DWORD_PTR>(&source), 0, ReadFromSource};
   SendMessageW(box, EM_STREAMIN, format, reinterpret_cast<LPARAM>(&stream));
@@ -98,7 +104,7 @@ void RichEditBox::Renew() {
 }
 
 bool RichEditBox::LoadRtf(std::string_view rtf) {
-  if (!LooksLikeRtf(rtf)) return false;
+  if (CheckRtfGroups(rtf) != RtfGroups::Readable) return false;
   Renew();
   return box_ && StreamIn(box_.Get(), SF_RTF, rtf.data(), rtf.size());
 }

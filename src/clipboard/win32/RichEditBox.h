@@ -17,7 +17,8 @@ namespace mq::win32 {
 
 // The rich edit control's window class (loading its library on first use), or null.
 const wchar_t* RichEditWindowClass();
-// Streams bytes into a rich edit control (SF_RTF, or SF_TEXT | SF_UNICODE for UTF-16).
+// Streams bytes into a rich edit control (SF_RTF, or SF_TEXT | SF_UNICODE for UTF-16). RTF
+// that CheckRtfGroups does not find readable is refused (false) and not streamed.
 bool StreamInto(HWND box, WPARAM format, const void* data, size_t size);
 
 class RichEditBox final : public RichTextBox {

@@ -15,7 +15,13 @@ SettingsPort::Status RegistrySettings::Read(TextView key, Text& value) {
   DWORD type = 0, bytes = 0;
   result = RegQueryValueExW(reg.Get(), W(name), nullptr, &type, nullptr, &bytes);
   if (result == ERROR_FILE_NOT_FOUND) return Status::Absent;
-  if (result != ERROR_SUCCESS || (type != REG_SZ && type != REG_EXPAND_SZ)) return Status::Failed;
+  if (result != ERROR_SUCCESS) return Status::Failed;
+  // A number, binary data or a text longer than any setting is a bad value, not a broken
+  // store: its reader repairs it as it would any invalid text.
+  if ((type != REG_SZ && type != REG_EXPAND_SZ) || bytes > kMaxValueChars * sizeof(wchar_t)) {
+    value.clear();
+    return Status::Ok;
+  }
 
   std::wstring buffer(bytes / sizeof(wchar_t) + 1, L'\0');
   DWORD size = static_cast<DWORD>(buffer.size() * sizeof(wchar_t));
