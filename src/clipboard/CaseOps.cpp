@@ -40,11 +40,6 @@ Text ApplyCaseOp(int16_t code, TextView text, const CaseMapper& cases) {
   }
 }
 
-bool LooksLikeRtf(std::string_view rtf) {
-  size_t i = rtf.find_first_not_of(" \t\r\n");
-  return i != std::string_view::npos && rtf.substr(i, 5) == "{\\rtf";
-}
-
 bool RichCaseChange(RichTextBox& box, int16_t code, const CaseMapper& cases, Bytes& rtf,
                     Text* plainOut) {
   if (!box.LoadRtf(rtf)) return false;

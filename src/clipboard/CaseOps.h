@@ -16,10 +16,6 @@ constexpr int16_t kCaseNone = 0, kCaseStandardize = 1, kCaseUpper = 2, kCaseLowe
 // 2 upper case, 3 lower case; letters beyond ASCII follow the mapper's locale.
 Text ApplyCaseOp(int16_t code, TextView text, const CaseMapper& cases);
 
-// True when the bytes start (after blanks) as a rich-text document does; the box refuses
-// anything else.
-bool LooksLikeRtf(std::string_view rtf);
-
 // The rich-text case change through the rich-text box: load, take the plain text, write its
 // case-changed form back over the whole content, read the rich text. When the case operation
 // leaves the text as it is, the document is kept exactly as it came, so its formatting survives.

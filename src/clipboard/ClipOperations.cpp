@@ -1,4 +1,5 @@
 #include "clipboard/ClipOperations.h"
+#include "clipboard/RtfGroups.h"
 
 namespace mq {
 
@@ -98,7 +99,8 @@ ClipOperations::Attempt ClipOperations::TryCapture(bool purge, int16_t caseOp) {
 
 bool ClipOperations::KeepsRichAsItIs(const ClipboardData& data, std::string_view rtf,
                                      int16_t caseOp) const {
-  if (data.text.empty() || !LooksLikeRtf(rtf)) return false;
+  // A document the box would refuse goes the box's way, which ends in the plain text.
+  if (data.text.empty() || CheckRtfGroups(rtf) != RtfGroups::Readable) return false;
   return caseOp == kCaseNone || ApplyCaseOp(caseOp, data.text, d_.cases) == data.text;
 }
 

@@ -79,19 +79,20 @@ TEST(HostileRtfCapture, TakenAsPlainTextOrNotAtAll) {
 
   int expectedRows = 0;
   for (const auto& c : hostile) {
-    SCOPED_TRACE(c.name);
-    // With a plain text beside it: that text, case-changed, as a plain entry.
-    Text plain = u"copied ";
-    plain.append(c.name, c.name + std::strlen(c.name));
-    Copy(c.rtf, &plain);
-    ops.AddClipEntry(false, kUpper);
-    ASSERT_EQ(rows.ListCount(), ++expectedRows);
-    const ClipEntry& entry = store.EntryAtRow(expectedRows - 1);
-    EXPECT_FALSE(entry.IsRich());
-    EXPECT_EQ(entry.text, cases.Upper(plain));
-    Text row = u"\t";
-    row += entry.text;
-    EXPECT_EQ(rows.List(expectedRows - 1), row);
+    // With a plain text beside it: that text, case-changed or not, as a plain entry (an
+    // unchanged case would otherwise keep the document as it came, without the box).
+    for (int16_t caseOp : {kUpper, kCaseNone}) {
+      SCOPED_TRACE(testing::Message() << c.name << ", case " << caseOp);
+      Text plain = caseOp == kUpper ? u"copied " : u"kept ";
+      plain.append(c.name, c.name + std::strlen(c.name));
+      Copy(c.rtf, &plain);
+      ops.AddClipEntry(false, caseOp);
+      ASSERT_EQ(rows.ListCount(), ++expectedRows);
+      const ClipEntry& entry = store.EntryAtRow(expectedRows - 1);
+      EXPECT_FALSE(entry.IsRich());
+      EXPECT_EQ(entry.text, caseOp == kUpper ? cases.Upper(plain) : plain);
+      EXPECT_EQ(rows.List(expectedRows - 1), u"\t" + entry.text);
+    }
 
     // The document alone: nothing is taken.
     Copy(c.rtf, nullptr);

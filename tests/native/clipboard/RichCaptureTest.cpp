@@ -103,12 +103,5 @@ TEST(RichCapture, TheBoxDecidesWhenTheClipboardsTextCannotStandIn) {
   EXPECT_EQ(padded.rows, (std::vector<std::string>{"+\tpad"}));
 }
 
-TEST(RichCapture, RtfRecognition) {
-  for (std::string_view yes : {"{\\rtf1 x}", "  {\\rtf", "\t\r\n{\\rtf1\\ansi}"})
-    EXPECT_TRUE(LooksLikeRtf(yes)) << yes;
-  for (std::string_view no : {"", "   ", "{\\rt", "x{\\rtf1}", "{\\RTF1 x}", "{ \\rtf1}"})
-    EXPECT_FALSE(LooksLikeRtf(no)) << no;
-}
-
 }  // namespace
 }  // namespace mq
