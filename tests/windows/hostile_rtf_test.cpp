@@ -85,7 +85,7 @@ TEST(HostileRtfCapture, TakenAsPlainTextOrNotAtAll) {
       SCOPED_TRACE(testing::Message() << c.name << ", case " << caseOp);
       Text plain = caseOp == kUpper ? u"copied " : u"kept ";
       plain.append(c.name, c.name + std::strlen(c.name));
-      Copy(c.rtf, &plain);
+      Copy(c.rtf + (caseOp == kUpper ? "" : " "), &plain);  // a new copy, not the same again
       ops.AddClipEntry(false, caseOp);
       ASSERT_EQ(rows.ListCount(), ++expectedRows);
       const ClipEntry& entry = store.EntryAtRow(expectedRows - 1);
