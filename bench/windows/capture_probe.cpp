@@ -193,42 +193,38 @@ int wmain() {
     ClientToScreen(box, &info.ptCursor);
     SendMessageW(window.hwnd(), dragMessage, GetDlgCtrlID(box), reinterpret_cast<LPARAM>(&info));
   };
-  std::printf(
-      "\nClip list window, 100 entries of 1 MB: longest message "
-      "handling (ms)\n");
-  {
-    std::vector<double> fill, show, scroll, drag;
-    for (int run = 0; run < 10; ++run) {
-      store.ClearAll();
-      double longest = 0;
-      for (int k = 0; k < kClipSlots; ++k) {
-        Text text = Widen(Words(1 << 19, k + run));
-        longest = std::max(longest, Longest([&] { store.Append(ClipEntry::Plain(text), text); }));
-      }
-      fill.push_back(longest);
-      show.push_back(Longest([&] {
-        list.Show(false);
-        UpdateWindow(window.hwnd());
-      }));
-      double worst = 0;
-      for (int step = 0; step < 12; ++step)
-        worst = std::max(worst, Longest([&] {
-                           SendMessageW(box, WM_VSCROLL, step < 6 ? SB_PAGEDOWN : SB_PAGEUP, 0);
-                           UpdateWindow(box);
-                         }));
-      scroll.push_back(worst);
-      drag.push_back(Longest([&] {
-        dragNotice(DL_BEGINDRAG, 0);
-        for (int row = 1; row <= 3; ++row) dragNotice(DL_DRAGGING, row);
-        dragNotice(DL_DROPPED, 3);  // before row 3: the row lands at 2
-        UpdateWindow(box);
-      }));
-      if (store.lstClip.ItemData(2) != 0) std::printf("  (the drag moved no row)\n");
-      list.Hide(false);
-      PumpLongest();
+  std::printf("\nClip list window, 100 entries of 1 MB: longest message handling (ms)\n");
+  std::vector<double> fill, show, scroll, drag;
+  for (int run = 0; run < 10; ++run) {
+    store.ClearAll();
+    double longest = 0;
+    for (int k = 0; k < kClipSlots; ++k) {
+      Text text = Widen(Words(1 << 19, k + run));
+      longest = std::max(longest, Longest([&] { store.Append(ClipEntry::Plain(text), text); }));
     }
-    std::printf("  add a row %7.2f   show %7.2f   scroll %7.2f   drag a row %7.2f\n", Median(fill),
-                Median(show), Median(scroll), Median(drag));
+    fill.push_back(longest);
+    show.push_back(Longest([&] {
+      list.Show(false);
+      UpdateWindow(window.hwnd());
+    }));
+    double worst = 0;
+    for (int step = 0; step < 12; ++step)
+      worst = std::max(worst, Longest([&] {
+                         SendMessageW(box, WM_VSCROLL, step < 6 ? SB_PAGEDOWN : SB_PAGEUP, 0);
+                         UpdateWindow(box);
+                       }));
+    scroll.push_back(worst);
+    drag.push_back(Longest([&] {
+      dragNotice(DL_BEGINDRAG, 0);
+      for (int row = 1; row <= 3; ++row) dragNotice(DL_DRAGGING, row);
+      dragNotice(DL_DROPPED, 3);  // before row 3: the row lands at 2
+      UpdateWindow(box);
+    }));
+    if (store.lstClip.ItemData(2) != 0) std::printf("  (the drag moved no row)\n");
+    list.Hide(false);
+    PumpLongest();
   }
+  std::printf("  add a row %7.2f   show %7.2f   scroll %7.2f   drag a row %7.2f\n", Median(fill),
+              Median(show), Median(scroll), Median(drag));
   return 0;
 }
