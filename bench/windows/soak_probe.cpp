@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "ListFiles.h"
+#include "clipboard/ClipStore.h"
 #include "Probe.h"
 
 using namespace e2e;
@@ -71,9 +72,11 @@ class Soak {
   void Problem(const std::string& what) {
     if (++problems_ <= 20) std::printf("  problem: %s\n", what.c_str());
   }
-  std::vector<std::wstring> Rows() const {  // the copies in order, as the list shows them
+  // The copies in order, as the list shows them: a row keeps the start of its entry.
+  std::vector<std::wstring> Rows() const {
     std::vector<std::wstring> rows;
-    for (const Entry& e : expected_) rows.push_back((e.rich ? L"+\t" : L"\t") + e.text);
+    for (const Entry& e : expected_)
+      rows.push_back((e.rich ? L"+\t" : L"\t") + e.text.substr(0, mq::kRowTextChars));
     return rows;
   }
   void CopyOne();
@@ -272,8 +275,11 @@ int Soak::Run() {
     std::printf("\n%5d%%", percent);
     for (double value : c) std::printf(" %13.1f", value);
   }
-  // Where a figure is not supported it reads 0 throughout. Flat after warm-up: every later figure
-  // within 2 % of the one at 25 % (at least one object for the small counts).
+  for (size_t k = 0; k < Counters().size(); ++k)
+    if (samples.front().second[k] == 0)
+      std::printf("\n%s: not supported here (always 0)", kCounterNames[k]);
+  // Flat after warm-up: every later figure within 2 % of the one at 25 % (at least one object
+  // for the small counts).
   bool flat = samples.size() >= 3;
   for (size_t i = 2; flat && i < samples.size(); ++i)
     for (size_t k = 0; k < Counters().size(); ++k)
