@@ -14,8 +14,7 @@
 #include <string>
 #include <vector>
 
-#include "PutClipboard.h"
-#include "Timing.h"
+#include "Probe.h"
 #include "clipboard/ClipOperations.h"
 #include "clipboard/win32/RichEditBox.h"
 #include "clipboard/win32/Win32Clipboard.h"
@@ -25,6 +24,7 @@
 #include "platform/win32/Win32Ports.h"
 
 using namespace mq;
+using probe::Words;
 
 namespace {
 
@@ -51,33 +51,6 @@ class StampingKeys : public KeySender {
   double sentAt = 0;
   win32::SendInputKeySender real;
 };
-
-// Natural-looking words; the variant makes every content differ from the last one.
-std::string Words(size_t chars, int variant) {
-  static const char* words[] = {"clip ", "board ", "paste ", "entry ", "queue ",
-                                "Marquill ", "text ", "copy ", "line\r\n", "rich "};
-  std::string text = "#";
-  text += std::to_string(variant);
-  text += ' ';
-  for (size_t i = 0; text.size() < chars; ++i) text += words[(i * 7 + variant) % 10];
-  text.resize(chars);
-  return text;
-}
-
-// A document whose plain text is `plain` (ASCII without braces or backslashes), in bold
-// every few words, as a word processor puts it on the clipboard.
-Bytes Rtf(const std::string& plain) {
-  Bytes rtf = "{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\f0 ";
-  for (size_t i = 0; i < plain.size(); ++i) {
-    if (i % 97 == 0) rtf += i % 194 ? "\\b0 " : "\\b ";
-    if (plain[i] == '\n') {
-      rtf += "\\par\r\n";
-    } else if (plain[i] != '\r') {
-      rtf.push_back(plain[i]);
-    }
-  }
-  return rtf + "}";
-}
 
 double BareRead(const std::vector<UINT>& formats) {
   double start = NowMs();
@@ -152,20 +125,17 @@ int wmain() {
     std::vector<double> capture, bare;
     for (int run = 0; run < runs; ++run) {
       const std::string words = Words(c.bytes / 2, run);
-      const Text text = Widen(words);
-      const ClipFormat plain{CF_UNICODETEXT, text.c_str(), (text.size() + 1) * 2};
-      if (c.rich) {
-        const Bytes rtf = Rtf(words);
-        PutOnClipboard({{rtfFormat, rtf.c_str(), rtf.size() + 1}, plain});
-        bare.push_back(BareRead({rtfFormat, CF_UNICODETEXT}));
-      } else {
-        PutOnClipboard({plain});
-        bare.push_back(BareRead({CF_UNICODETEXT}));
-      }
+      std::vector<std::pair<UINT, std::string>> formats{
+          {CF_UNICODETEXT, probe::Utf16(probe::Wide(words))}};
+      if (c.rich) formats.push_back(probe::RtfFormat(probe::Rtf(words)));
+      e2e::PutClipboard(formats);
+      bare.push_back(BareRead(c.rich ? std::vector<UINT>{rtfFormat, CF_UNICODETEXT}
+                                     : std::vector<UINT>{CF_UNICODETEXT}));
       double start = NowMs();
       ops.AddClipEntry(false, c.caseOp);
       capture.push_back(NowMs() - start);
-      if (store.EntryCount() != 1) std::printf("  (capture %d of %s stored nothing)\n", run, c.name);
+      if (store.EntryCount() != 1)
+        std::printf("  (capture %d of %s stored nothing)\n", run, c.name);
       store.ClearAll();
     }
     std::printf("%-24s %18.2f %16.2f %6.2fx\n", c.name, Median(capture), Median(bare),
@@ -196,11 +166,11 @@ int wmain() {
   for (size_t bytes : {size_t{1} << 10, size_t{1} << 20}) {
     std::vector<double> times, bare;
     for (int run = 0; run < runs; ++run) {
-      const Text text = Widen(Words(bytes / 2, run));
+      const std::wstring text = probe::Wide(Words(bytes / 2, run));
       double start = NowMs();
-      PutOnClipboard({{CF_UNICODETEXT, text.c_str(), (text.size() + 1) * 2}});
+      e2e::SetClipboardText(text);
       bare.push_back(NowMs() - start);
-      store.Append(ClipEntry::Plain(text), u"entry");
+      store.Append(ClipEntry::Plain(Text(text.begin(), text.end())), u"entry");
       MSG msg{};
       start = NowMs();
       PostMessageW(reinterpret_cast<HWND>(hkPaste.hwnd()), WM_HOTKEY, hkPaste.hAtom(),
@@ -213,8 +183,7 @@ int wmain() {
   }
   hkPaste.StopHotkey();
 
-  // The clip list window full of 1 MB entries: filled, shown, scrolled, a row dragged; with
-  // the rows as they are, and with each row holding its whole text, as rows once did.
+  // The clip list window full of 1 MB entries: filled, shown, scrolled, a row dragged.
   HWND box = window.lstClip();
   const UINT dragMessage = RegisterWindowMessageW(DRAGLISTMSGSTRING);
   auto dragNotice = [&](UINT code, int row) {
@@ -225,43 +194,37 @@ int wmain() {
     SendMessageW(window.hwnd(), dragMessage, GetDlgCtrlID(box), reinterpret_cast<LPARAM>(&info));
   };
   std::printf("\nClip list window, 100 entries of 1 MB: longest message handling (ms)\n");
-  for (bool wholeRows : {false, true}) {
-    std::vector<double> fill, show, scroll, drag;
-    for (int run = 0; run < (wholeRows ? 3 : 10); ++run) {  // whole rows: slow, a reference
-      store.ClearAll();
-      double longest = 0;
-      for (int k = 0; k < kClipSlots; ++k) {
-        Text text = Widen(Words(1 << 19, k + run));
-        longest = std::max(longest, Longest([&] {
-          store.Append(ClipEntry::Plain(text), text);
-          if (wholeRows) list.lstClip.SetList(k, u"\t" + text);
-        }));
-      }
-      fill.push_back(longest);
-      show.push_back(Longest([&] {
-        list.Show(false);
-        UpdateWindow(window.hwnd());
-      }));
-      double worst = 0;
-      for (int step = 0; step < 12; ++step)
-        worst = std::max(worst, Longest([&] {
-                  SendMessageW(box, WM_VSCROLL, step < 6 ? SB_PAGEDOWN : SB_PAGEUP, 0);
-                  UpdateWindow(box);
-                }));
-      scroll.push_back(worst);
-      drag.push_back(Longest([&] {
-        dragNotice(DL_BEGINDRAG, 0);
-        for (int row = 1; row <= 3; ++row) dragNotice(DL_DRAGGING, row);
-        dragNotice(DL_DROPPED, 3);  // before row 3: the row lands at 2
-        UpdateWindow(box);
-      }));
-      if (store.lstClip.ItemData(2) != 0) std::printf("  (the drag moved no row)\n");
-      list.Hide(false);
-      PumpLongest();
+  std::vector<double> fill, show, scroll, drag;
+  for (int run = 0; run < 10; ++run) {
+    store.ClearAll();
+    double longest = 0;
+    for (int k = 0; k < kClipSlots; ++k) {
+      Text text = Widen(Words(1 << 19, k + run));
+      longest = std::max(longest, Longest([&] { store.Append(ClipEntry::Plain(text), text); }));
     }
-    std::printf("  %-22s add a row %7.2f   show %7.2f   scroll %7.2f   drag a row %7.2f\n",
-                wholeRows ? "rows of whole texts:" : "rows as they are:", Median(fill),
-                Median(show), Median(scroll), Median(drag));
+    fill.push_back(longest);
+    show.push_back(Longest([&] {
+      list.Show(false);
+      UpdateWindow(window.hwnd());
+    }));
+    double worst = 0;
+    for (int step = 0; step < 12; ++step)
+      worst = std::max(worst, Longest([&] {
+                         SendMessageW(box, WM_VSCROLL, step < 6 ? SB_PAGEDOWN : SB_PAGEUP, 0);
+                         UpdateWindow(box);
+                       }));
+    scroll.push_back(worst);
+    drag.push_back(Longest([&] {
+      dragNotice(DL_BEGINDRAG, 0);
+      for (int row = 1; row <= 3; ++row) dragNotice(DL_DRAGGING, row);
+      dragNotice(DL_DROPPED, 3);  // before row 3: the row lands at 2
+      UpdateWindow(box);
+    }));
+    if (store.lstClip.ItemData(2) != 0) std::printf("  (the drag moved no row)\n");
+    list.Hide(false);
+    PumpLongest();
   }
+  std::printf("  add a row %7.2f   show %7.2f   scroll %7.2f   drag a row %7.2f\n", Median(fill),
+              Median(show), Median(scroll), Median(drag));
   return 0;
 }

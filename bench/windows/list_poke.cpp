@@ -6,28 +6,20 @@
 // Returns 0 when it could do what was asked.
 #include <windows.h>
 
-#include <cstdio>
-#include <cstring>
 #include <cwchar>
 #include <string>
 
-#include "PutClipboard.h"
+#include "Probe.h"
 
 namespace {
 
-HWND ListWindow() { return FindWindowW(L"MarquillClipList", nullptr); }
-
-HWND ChildWithText(HWND parent, const wchar_t* text) {
-  for (HWND c = FindWindowExW(parent, nullptr, nullptr, nullptr); c;
-       c = FindWindowExW(parent, c, nullptr, nullptr)) {
-    wchar_t buffer[256] = {};
-    GetWindowTextW(c, buffer, 256);
-    if (!wcscmp(buffer, text)) return c;
-  }
-  return nullptr;
-}
-
-void Click(POINT p, int times) {
+bool ClickRow(HWND window, int row, int times) {
+  HWND list = e2e::FindChild(window, L"ListBox");
+  RECT r{};
+  if (!list || SendMessageW(list, LB_GETITEMRECT, row, reinterpret_cast<LPARAM>(&r)) == LB_ERR)
+    return false;
+  POINT p{(r.left + r.right) / 2, (r.top + r.bottom) / 2};
+  ClientToScreen(list, &p);
   SetCursorPos(p.x, p.y);
   Sleep(50);
   for (int i = 0; i < times; ++i) {
@@ -38,50 +30,35 @@ void Click(POINT p, int times) {
     SendInput(2, in, sizeof(INPUT));
     Sleep(30);
   }
-}
-
-bool RowPoint(int row, POINT& p) {
-  HWND list = FindWindowExW(ListWindow(), nullptr, L"ListBox", nullptr);
-  RECT r{};
-  if (!list || SendMessageW(list, LB_GETITEMRECT, row, reinterpret_cast<LPARAM>(&r)) == LB_ERR)
-    return false;
-  p = {(r.left + r.right) / 2, (r.top + r.bottom) / 2};
-  ClientToScreen(list, &p);
   return true;
 }
 
-bool CopyRich(const wchar_t* text) {
-  std::string rtf = "{\\rtf1\\ansi{\\fonttbl{\\f0 Tahoma;}}{\\colortbl;\\red200\\green0\\blue0;}"
-                    "\\f0\\fs20\\b\\cf1 ";
-  for (const wchar_t* p = text; *p; ++p) rtf += static_cast<char>(*p < 128 ? *p : '?');
-  rtf += "\\b0\\cf0  (rich)\\par}";
-  std::wstring plain = std::wstring(text) + L" (rich)";
-  return PutOnClipboard({{CF_UNICODETEXT, plain.c_str(), (plain.size() + 1) * sizeof(wchar_t)},
-                         {RegisterClipboardFormatW(L"Rich Text Format"), rtf.c_str(), rtf.size() + 1}});
+bool CopyRich(const std::wstring& text) {
+  std::string rtf =
+      "{\\rtf1\\ansi{\\fonttbl{\\f0 "
+      "Tahoma;}}{\\colortbl;\\red200\\green0\\blue0;}"
+      "\\f0\\fs20\\b\\cf1 ";
+  for (wchar_t c : text) rtf += static_cast<char>(c < 128 ? c : '?');
+  return e2e::PutClipboard({{CF_UNICODETEXT, probe::Utf16(text + L" (rich)")},
+                            probe::RtfFormat(rtf + "\\b0\\cf0  (rich)\\par}")});
 }
 
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
-  if (argc < 2) return 2;
-  HWND window = ListWindow();
+  HWND window = FindWindowW(L"MarquillClipList", nullptr);
   if (!window) {
     fwprintf(stderr, L"the clip list window is not there\n");
     return 1;
   }
-  const wchar_t* verb = argv[1];
-  if (!wcscmp(verb, L"copyrich") && argc > 2) return CopyRich(argv[2]) ? 0 : 1;
-  if (!wcscmp(verb, L"click") && argc > 2) {
-    HWND button = ChildWithText(window, argv[2]);
-    if (!button) return 1;
-    SendMessageW(button, BM_CLICK, 0, 0);
-    return 0;
+  if (argc < 3) return 2;
+  const std::wstring verb = argv[1];
+  if (verb == L"copyrich") return CopyRich(argv[2]) ? 0 : 1;
+  if (verb == L"click") {
+    HWND button = FindWindowExW(window, nullptr, nullptr, argv[2]);
+    return button ? (SendMessageW(button, BM_CLICK, 0, 0), 0) : 1;
   }
-  if ((!wcscmp(verb, L"select") || !wcscmp(verb, L"dblclick")) && argc > 2) {
-    POINT p;
-    if (!RowPoint(_wtoi(argv[2]), p)) return 1;
-    Click(p, wcscmp(verb, L"select") ? 2 : 1);
-    return 0;
-  }
+  if (verb == L"select" || verb == L"dblclick")
+    return ClickRow(window, _wtoi(argv[2]), verb == L"select" ? 1 : 2) ? 0 : 1;
   return 2;
 }

@@ -9,15 +9,18 @@
 #include <windows.h>
 #include <psapi.h>
 
+#include <array>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <deque>
+#include <random>
 #include <string>
 #include <vector>
 
-#include "E2E.h"
 #include "ListFiles.h"
+#include "clipboard/ClipStore.h"
+#include "Probe.h"
 
 using namespace e2e;
 
@@ -25,80 +28,36 @@ namespace {
 
 struct Plan {
   int rounds = 100;
-  int copies = 100;      // per round: 10,000 in all
-  int pasteEvery = 10;   // 1,000 pastes
-  int showHides = 2;     // 200 shows and hides
-  double maxBytes = 1e6; // copies of 10 bytes to 1 MB
-};                       // and per round one save-and-load, one settings dialog, one viewer
+  int copies = 100;       // per round: 10,000 in all
+  int pasteEvery = 10;    // 1,000 pastes
+  int showHides = 2;      // 200 shows and hides
+  double maxBytes = 1e6;  // copies of 10 bytes to 1 MB
+};                        // and per round one save-and-load, one settings dialog, one viewer
 
-struct Counters {
-  double privateMb = 0;
-  DWORD gdi = 0, user = 0, handles = 0, atoms = 0;
-};
-
-DWORD GlobalAtomCount() {
-  // String atoms live at 0xC000..0xFFFF; the table cannot be listed otherwise.
-  DWORD n = 0;
-  wchar_t name[256];
-  for (UINT atom = 0xC000; atom <= 0xFFFF; ++atom)
-    if (GlobalGetAtomNameW(static_cast<ATOM>(atom), name, 256)) ++n;
-  return n;
-}
+// Private memory (MB), GDI and USER objects, handles and global atoms, in that order.
+using Counters = std::array<double, 5>;
+constexpr const char* kCounterNames[] = {"private (MB)", "GDI", "USER", "handles", "atoms"};
 
 Counters Sample(HANDLE process) {
-  Counters c;
   PROCESS_MEMORY_COUNTERS_EX memory{};
   memory.cb = sizeof(memory);
-  if (GetProcessMemoryInfo(process, reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory), sizeof(memory)))
-    c.privateMb = static_cast<double>(memory.PrivateUsage) / (1024.0 * 1024.0);
-  c.gdi = GetGuiResources(process, GR_GDIOBJECTS);
-  c.user = GetGuiResources(process, GR_USEROBJECTS);
-  GetProcessHandleCount(process, &c.handles);
-  c.atoms = GlobalAtomCount();
-  return c;
+  GetProcessMemoryInfo(process, reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory),
+                       sizeof(memory));
+  DWORD handles = 0, atoms = 0;
+  GetProcessHandleCount(process, &handles);
+  // String atoms live at 0xC000..0xFFFF; the table cannot be listed otherwise.
+  wchar_t name[256];
+  for (UINT atom = 0xC000; atom <= 0xFFFF; ++atom)
+    atoms += GlobalGetAtomNameW(static_cast<ATOM>(atom), name, 256) ? 1 : 0;
+  return {static_cast<double>(memory.PrivateUsage) / (1024.0 * 1024.0),
+          double(GetGuiResources(process, GR_GDIOBJECTS)),
+          double(GetGuiResources(process, GR_USEROBJECTS)), double(handles), double(atoms)};
 }
-
-// Deterministic content: the same run every time.
-class Random {
- public:
-  uint32_t Next() { return state_ = state_ * 1664525u + 1013904223u; }
-  double Unit() { return (Next() >> 8) / 16777216.0; }
-
- private:
-  uint32_t state_ = 20240601u;
-};
 
 struct Entry {
   std::wstring text;
   bool rich = false;
-  std::wstring Row() const { return (rich ? L"+\t" : L"\t") + text; }
 };
-
-std::wstring Words(size_t chars, int serial) {
-  static const wchar_t* words[] = {L"clip ", L"board ", L"paste ", L"entry ", L"queue ", L"soak ", L"copy ", L"text "};
-  std::wstring text = L"#" + std::to_wstring(serial) + L" ";
-  for (size_t i = 0; text.size() < chars; ++i) text += words[(i * 5 + static_cast<size_t>(serial)) % 8];
-  text.resize(std::max<size_t>(chars, 1));
-  return text;
-}
-
-bool Put(const std::vector<std::pair<UINT, std::string>>& formats) {
-  for (int i = 0; i < 200 && !OpenClipboard(nullptr); ++i) Sleep(5);
-  EmptyClipboard();
-  bool done = true;
-  for (const auto& [format, bytes] : formats) {
-    HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, bytes.size());
-    memcpy(GlobalLock(memory), bytes.data(), bytes.size());
-    GlobalUnlock(memory);
-    done = SetClipboardData(format, memory) != nullptr && done;
-  }
-  CloseClipboard();
-  return done;
-}
-
-std::string Utf16(const std::wstring& text) {
-  return std::string(reinterpret_cast<const char*>(text.c_str()), (text.size() + 1) * 2);
-}
 
 class Soak {
  public:
@@ -113,6 +72,13 @@ class Soak {
   void Problem(const std::string& what) {
     if (++problems_ <= 20) std::printf("  problem: %s\n", what.c_str());
   }
+  // The copies in order, as the list shows them: a row keeps the start of its entry.
+  std::vector<std::wstring> Rows() const {
+    std::vector<std::wstring> rows;
+    for (const Entry& e : expected_)
+      rows.push_back((e.rich ? L"+\t" : L"\t") + e.text.substr(0, mq::kRowTextChars));
+    return rows;
+  }
   void CopyOne();
   void PasteOne();
   bool Toggle(bool shown);
@@ -124,11 +90,11 @@ class Soak {
   Marquill app_;
   HWND window_ = nullptr, list_ = nullptr;
   std::deque<Entry> expected_;
-  Random random_;
+  std::mt19937 random_{20240601u};  // the same run every time
+  double Unit() { return std::uniform_real_distribution<double>()(random_); }
   std::wstring folder_;
   int serial_ = 0, problems_ = 0;
   int copies_ = 0, privateCopies_ = 0, pastes_ = 0, showHides_ = 0, saveLoads_ = 0, dialogs_ = 0;
-  UINT rtf_ = RegisterClipboardFormatW(L"Rich Text Format");
   UINT private_ = RegisterClipboardFormatW(L"ExcludeClipboardContentFromMonitorProcessing");
 };
 
@@ -136,26 +102,22 @@ void Soak::CopyOne() {
   const int serial = ++serial_;
   // Sizes spread evenly on a log scale from 10 bytes to 1 MB.
   const size_t bytes =
-      static_cast<size_t>(std::exp(std::log(10.0) + random_.Unit() * std::log(plan_.maxBytes / 10.0)));
-  const bool rich = random_.Unit() < 0.3, secret = random_.Unit() < 0.1;
-  Entry entry{Words(std::max<size_t>(bytes / 2, 2), serial), rich};
-  std::vector<std::pair<UINT, std::string>> formats{{CF_UNICODETEXT, Utf16(entry.text)}};
-  if (rich) {
-    std::string rtf = "{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\f0 ";
-    std::string ascii(entry.text.begin(), entry.text.end());
-    // A bold word now and then; the plain text stays the entry's text.
-    for (size_t at = 0; at < ascii.size(); at += 997)
-      rtf += "{\\b " + ascii.substr(at, 3) + "}" + ascii.substr(at + 3, 994);
-    formats.push_back({rtf_, rtf + "}" + std::string(1, '\0')});
-  }
+      static_cast<size_t>(std::exp(std::log(10.0) + Unit() * std::log(plan_.maxBytes / 10.0)));
+  const bool rich = Unit() < 0.3, secret = Unit() < 0.1;
+  const std::string words = probe::Words(std::max<size_t>(bytes / 2, 2), serial);
+  Entry entry{probe::Wide(words), rich};
+  std::vector<std::pair<UINT, std::string>> formats{{CF_UNICODETEXT, probe::Utf16(entry.text)}};
+  if (rich) formats.push_back(probe::RtfFormat(probe::Rtf(words)));
   if (secret) formats.push_back({private_, std::string(4, '\0')});
   const ULONGLONG start = GetTickCount64();
-  if (!Put(formats)) Problem("copy " + std::to_string(serial) + " could not be put on the clipboard");
+  if (!PutClipboard(formats))
+    Problem("copy " + std::to_string(serial) + " could not be put on the clipboard");
   ++copies_;
   if (secret) {
     ++privateCopies_;
     Pump(300ms);
-    if (Count() != static_cast<LRESULT>(expected_.size())) Problem("private copy " + std::to_string(serial) + " was captured");
+    if (Count() != static_cast<LRESULT>(expected_.size()))
+      Problem("private copy " + std::to_string(serial) + " was captured");
   } else if (WaitCount(expected_.size() + 1)) {
     expected_.push_back(std::move(entry));
   } else {
@@ -176,7 +138,8 @@ void Soak::PasteOne() {
   }
   expected_.pop_front();
   ++pastes_;
-  if (!first.rich && ClipboardText() != first.text) Problem("paste " + std::to_string(pastes_) + " put another text on the clipboard");
+  if (!first.rich && ClipboardText() != first.text)
+    Problem("paste " + std::to_string(pastes_) + " put another text on the clipboard");
   Pump(600ms);  // past the paste's echo window
 }
 
@@ -193,13 +156,15 @@ bool Soak::Toggle(bool shown) {
 void Soak::ViewerAndSettings() {
   if (Count() > 0) {
     SendMessageW(list_, LB_SETCURSEL, 0, 0);
-    PostMessageW(window_, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(list_), LBN_DBLCLK), reinterpret_cast<LPARAM>(list_));
+    PostMessageW(window_, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(list_), LBN_DBLCLK),
+                 reinterpret_cast<LPARAM>(list_));
     HWND viewer = WaitForTopWindow(L"Clipboard Preview", 60s, nullptr, app_.Pid());
     if (!viewer) {
       Problem("the viewer did not open");
     } else {
       PostMessageW(viewer, WM_CLOSE, 0, 0);
-      if (!WaitFor([&] { return !IsShown(FindTopWindow(L"Clipboard Preview", nullptr, app_.Pid())); }))
+      if (!WaitFor(
+              [&] { return !IsShown(FindTopWindow(L"Clipboard Preview", nullptr, app_.Pid())); }))
         Problem("the viewer did not close");
     }
   }
@@ -210,7 +175,8 @@ void Soak::ViewerAndSettings() {
     return;
   }
   PressButton(dialog, IDCANCEL);
-  if (!WaitFor([&] { return !FindTopWindow(L"Marquill Settings", nullptr, app_.Pid()); })) Problem("the settings dialog did not close");
+  if (!WaitFor([&] { return !FindTopWindow(L"Marquill Settings", nullptr, app_.Pid()); }))
+    Problem("the settings dialog did not close");
   ++dialogs_;
 }
 
@@ -231,9 +197,7 @@ void Soak::SaveAndLoad(int round) {
     Problem("round " + std::to_string(round) + ": the list could not be loaded");
     return;
   }
-  std::vector<std::wstring> rows;
-  for (const Entry& e : expected_) rows.push_back(e.Row());
-  if (!WaitFor([&] { return ListBoxRows(list_) == rows; }, 120s))
+  if (!WaitFor([&] { return ListBoxRows(list_) == Rows(); }, 120s))
     Problem("round " + std::to_string(round) + ": the loaded list differs from the saved one");
   DeleteFileW(path.c_str());
   ++saveLoads_;
@@ -249,7 +213,9 @@ void Soak::Clear() {
 
 int Soak::Run() {
   if (!RunningUnderWine() && !GetEnvironmentVariableW(L"MARQUILL_E2E_ON_WINDOWS", nullptr, 0)) {
-    std::printf("the soak rewrites the settings; set MARQUILL_E2E_ON_WINDOWS=1 to run it on Windows\n");
+    std::printf(
+        "the soak rewrites the settings; set MARQUILL_E2E_ON_WINDOWS=1 "
+        "to run it on Windows\n");
     return 2;
   }
   wchar_t base[MAX_PATH];
@@ -261,7 +227,8 @@ int Soak::Run() {
   WriteSettings({{L"Set_RC_Op", L"2"}, {L"Set_H0_Op", L"8"}});
   // Built into bench/, beside the folder of marquill.exe.
   std::wstring exe = MarquillPath();
-  if (GetFileAttributesW(exe.c_str()) == INVALID_FILE_ATTRIBUTES) exe = ProgramFolder() + L"\\..\\marquill.exe";
+  if (GetFileAttributesW(exe.c_str()) == INVALID_FILE_ATTRIBUTES)
+    exe = ProgramFolder() + L"\\..\\marquill.exe";
   if (!app_.Start(exe) || !app_.WaitReady()) {
     std::printf("marquill.exe did not start\n");
     return 1;
@@ -281,14 +248,14 @@ int Soak::Run() {
     }
     ViewerAndSettings();
     SaveAndLoad(round);
-    std::vector<std::wstring> rows;
-    for (const Entry& e : expected_) rows.push_back(e.Row());
-    if (ListBoxRows(list_) != rows) Problem("round " + std::to_string(round) + ": the list is not the copies in order");
+    if (ListBoxRows(list_) != Rows())
+      Problem("round " + std::to_string(round) + ": the list is not the copies in order");
     Clear();
     Toggle(false);
     ++showHides_;
     for (int i = 1; i < plan_.showHides; ++i) showHides_ += Toggle(true) && Toggle(false);
-    std::printf("round %d of %d: %d copies, %d problems\n", round, plan_.rounds, copies_, problems_);
+    std::printf("round %d of %d: %d copies, %d problems\n", round, plan_.rounds, copies_,
+                problems_);
     std::fflush(stdout);
     for (int quarter = 1; quarter <= 4; ++quarter)
       if (round == (plan_.rounds * quarter + 3) / 4 && samples.back().first < quarter * 25)
@@ -297,30 +264,28 @@ int Soak::Run() {
   const double minutes = static_cast<double>(GetTickCount64() - started) / 60000.0;
   const bool alive = app_.Running();
 
-  std::printf("\n%d copies (%d private), %d pastes, %d shows and hides, %d saves and loads, "
-              "%d settings dialogs and viewers in %.1f min\n",
-              copies_, privateCopies_, pastes_, showHides_, saveLoads_, dialogs_, minutes);
-  std::printf("%6s %14s %8s %8s %8s %8s\n", "done", "private (MB)", "GDI", "USER", "handles", "atoms");
-  for (const auto& [percent, c] : samples)
-    std::printf("%5d%% %14.1f %8lu %8lu %8lu %8lu\n", percent, c.privateMb, c.gdi, c.user, c.handles, c.atoms);
-  const Counters& first = samples.front().second;
-  if (first.gdi == 0 && first.user == 0) std::printf("GDI and USER object counts: not supported here (always 0)\n");
-  if (first.privateMb == 0) std::printf("private memory of another process: not supported here (always 0)\n");
-  if (first.handles == 0) std::printf("open handles: not supported here (always 0)\n");
-
+  std::printf(
+      "\n%d copies (%d private), %d pastes, %d shows and hides, %d "
+      "saves and loads, "
+      "%d settings dialogs and viewers in %.1f min\n",
+      copies_, privateCopies_, pastes_, showHides_, saveLoads_, dialogs_, minutes);
+  std::printf("%6s", "done");
+  for (const char* name : kCounterNames) std::printf(" %13s", name);
+  for (const auto& [percent, c] : samples) {
+    std::printf("\n%5d%%", percent);
+    for (double value : c) std::printf(" %13.1f", value);
+  }
+  for (size_t k = 0; k < Counters().size(); ++k)
+    if (samples.front().second[k] == 0)
+      std::printf("\n%s: not supported here (always 0)", kCounterNames[k]);
   // Flat after warm-up: every later figure within 2 % of the one at 25 % (at least one object
   // for the small counts).
   bool flat = samples.size() >= 3;
-  if (flat) {
-    const Counters& warm = samples[1].second;
-    auto within = [](double base, double value) { return value <= base + std::max(base * 0.02, 1.0); };
-    for (size_t i = 2; i < samples.size(); ++i) {
-      const Counters& c = samples[i].second;
-      flat = flat && within(warm.privateMb, c.privateMb) && within(warm.gdi, c.gdi) &&
-             within(warm.user, c.user) && within(warm.handles, c.handles) && within(warm.atoms, c.atoms);
-    }
-  }
-  std::printf("flat after warm-up: %s; still running: %s; problems: %d\n", flat ? "yes" : "NO",
+  for (size_t i = 2; flat && i < samples.size(); ++i)
+    for (size_t k = 0; k < Counters().size(); ++k)
+      flat = flat && samples[i].second[k] <=
+                         samples[1].second[k] + std::max(samples[1].second[k] * 0.02, 1.0);
+  std::printf("\nflat after warm-up: %s; still running: %s; problems: %d\n", flat ? "yes" : "NO",
               alive ? "yes" : "NO", problems_);
   app_.Close();
   CloseHandle(process);

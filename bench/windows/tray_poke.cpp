@@ -9,91 +9,66 @@
 // Returns 0 when what was asked for is on screen.
 #include <windows.h>
 
-#include <cstring>
 #include <cwchar>
+#include <string>
 
-#include "PutClipboard.h"
+#include "E2E.h"
 
 namespace {
 
 int MenuWindows() {
   int count = 0;
-  for (HWND w = FindWindowExW(nullptr, nullptr, L"#32768", nullptr); w;
-       w = FindWindowExW(nullptr, w, L"#32768", nullptr))
-    count += IsWindowVisible(w) ? 1 : 0;
+  for (HWND w : e2e::FindTopWindows(nullptr, L"#32768")) count += IsWindowVisible(w) ? 1 : 0;
   return count;
 }
 
-void Key(WORD vk, bool up) {
-  INPUT input{};
-  input.type = INPUT_KEYBOARD;
-  input.ki.wVk = vk;
-  input.ki.dwFlags = up ? KEYEVENTF_KEYUP : 0;
-  SendInput(1, &input, sizeof(input));
-}
-
 void Tap(WORD vk) {
-  Key(vk, false);
-  Key(vk, true);
-  Sleep(120);
+  e2e::Tap(vk);
+  Sleep(120);  // the menu follows
 }
 
 bool WaitMenus(int count) {
-  for (int i = 0; i < 50; ++i) {
-    if (MenuWindows() >= count) return true;
-    Sleep(50);
-  }
-  return false;
+  return e2e::WaitFor([&] { return MenuWindows() >= count; }, std::chrono::milliseconds(2500));
 }
 
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
-  if (argc < 2) return 2;
+  const std::wstring verb = argc > 1 ? argv[1] : L"";
+  const wchar_t* arg = argc > 2 ? argv[2] : nullptr;
   HWND main = FindWindowW(L"MarquillMain", nullptr);
   if (!main) {
     fwprintf(stderr, L"marquill.exe is not running\n");
     return 1;
   }
-  if (!wcscmp(argv[1], L"menu") || !wcscmp(argv[1], L"case")) {
+  if (verb == L"menu" || verb == L"case") {
     // The menu opens at the mouse, as after a click on the icon near the screen's corner.
     SetCursorPos(GetSystemMetrics(SM_CXSCREEN) * 2 / 3, GetSystemMetrics(SM_CYSCREEN) - 60);
     PostMessageW(main, WM_LBUTTONDOWN, 1, WM_LBUTTONDOWN);
     if (!WaitMenus(1)) return 1;
-    if (!wcscmp(argv[1], L"case")) {
-      // Walk down the items until one opens a submenu: that is CaseChange.
-      for (int i = 0; i < 14 && MenuWindows() < 2; ++i) {
-        Tap(VK_DOWN);
-        Tap(VK_RIGHT);
-      }
-      if (!WaitMenus(2)) return 1;
+    // Walk down the items until one opens a submenu: that is CaseChange.
+    for (int i = 0; verb == L"case" && i < 14 && MenuWindows() < 2; ++i) {
+      Tap(VK_DOWN);
+      Tap(VK_RIGHT);
     }
-    return 0;
+    return WaitMenus(verb == L"case" ? 2 : 1) ? 0 : 1;
   }
-  if (!wcscmp(argv[1], L"right")) {
-    PostMessageW(main, WM_LBUTTONDOWN, 1, WM_RBUTTONDOWN);
-    return 0;
-  }
-  if (!wcscmp(argv[1], L"copy") && argc > 2) {
-    bool done = PutOnClipboard({{CF_UNICODETEXT, argv[2], (wcslen(argv[2]) + 1) * sizeof(wchar_t)}});
+  if (verb == L"right") return PostMessageW(main, WM_LBUTTONDOWN, 1, WM_RBUTTONDOWN) ? 0 : 1;
+  if (verb == L"copy" && arg) {
+    bool done = e2e::SetClipboardText(arg);
     Sleep(400);  // past the capture's debounce
     return done ? 0 : 1;
   }
-  if (!wcscmp(argv[1], L"hotkey") && argc > 2) {
-    Key(VK_CONTROL, false);
-    Tap(static_cast<WORD>(argv[2][0]));
-    Key(VK_CONTROL, true);
-    return 0;
-  }
-  if (!wcscmp(argv[1], L"tab") && argc > 2) {
+  if (verb == L"hotkey" && arg) return e2e::CtrlTap(static_cast<WORD>(arg[0])), 0;
+  if (verb == L"tab" && arg) {
     HWND dialog = FindWindowW(L"MarquillSettings", nullptr);
-    int id = 100 + _wtoi(argv[2]);  // the tab buttons' ids
+    int id = 100 + _wtoi(arg);  // the tab buttons' ids
     HWND button = dialog ? GetDlgItem(dialog, id) : nullptr;
     if (!button) return 1;
     SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), reinterpret_cast<LPARAM>(button));
     return 0;
   }
-  if (!wcscmp(argv[1], L"close")) {
+  if (verb == L"close") {
     for (int i = 0; i < 3 && MenuWindows() > 0; ++i) Tap(VK_ESCAPE);
     return MenuWindows() == 0 ? 0 : 1;
   }

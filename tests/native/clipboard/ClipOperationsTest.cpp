@@ -133,6 +133,10 @@ TEST_F(Capture, FormattingAndCaseDecideWhatIsStored) {
       {"{\\rtf1 \\b mIXED\\b0  case}", u"mIXED case", false, kCaseStandardize,
        "+\tMixed Case R {\\rtf1 Mixed Case}"},
       {"not rtf at all", u"fallback", false, kCaseNone, "\tfallback p fallback"},
+      // An empty text beside the document says nothing about it: the box reads the document.
+      {"{\\rtf1 \\b kept}", u"", false, kCaseNone, "+\tkept R {\\rtf1 \\b kept}"},
+      // A document that starts after blank space is still rich text.
+      {"\r\n {\\rtf1 pad}", u"pad", false, kCaseNone, "+\tpad R \r\n {\\rtf1 pad}"},
   };
   for (const auto& c : cases) {
     purge = c.purge;
@@ -146,8 +150,70 @@ TEST_F(Capture, FormattingAndCaseDecideWhatIsStored) {
   caseOp = kCaseUpper;
   Copy(u"hello World");
   Copy(u"hello World");
-  EXPECT_EQ(list.ListCount(), 6);
+  EXPECT_EQ(list.ListCount(), 8);
   EXPECT_TRUE(messages.shown.empty());
+}
+
+// The clipboard's own text beside a document stands in for the box's reading of it, unless
+// the case operation changes the text; either way the stored entry is the same.
+TEST_F(Capture, RichTextBesideItsTextSkipsTheBoxWhenTheCaseLeavesItAlone) {
+  const std::tuple<const char*, const char16_t*, int16_t, bool> table[] = {
+      {"{\\rtf1 \\b Hello\\b0  world}", u"Hello world", kCaseNone, false},
+      {"{\\rtf1 \\b LOUD 42}", u"LOUD 42", kCaseUpper, false},
+      {"{\\rtf1 \\i quiet}", u"quiet", kCaseLower, false},
+      {"{\\rtf1 Title Case}", u"Title Case", kCaseStandardize, false},
+      {"{\\rtf1 \\b mIXED}", u"mIXED", kCaseUpper, true},
+      {"{\\rtf1 two words}", u"two words", kCaseStandardize, true},
+  };
+  for (const auto& [rtf, plain, op, boxUsed] : table) {
+    caseOp = op;
+    std::string stored[2];
+    for (bool withText : {false, true}) {
+      clipboard.SetPicture();  // a copy in between, so the same document is captured again
+      Notice();
+      const int loads = box.loads;
+      clipboard.SetRich(rtf, withText, withText ? TextView(plain) : TextView());
+      Notice();
+      stored[withText] = Last();
+      EXPECT_EQ(box.loads > loads, !withText || boxUsed) << rtf;
+    }
+    EXPECT_EQ(stored[1], stored[0]);
+    if (!boxUsed) EXPECT_EQ(stored[1], "+\t" + ToUtf8(plain) + " R " + rtf);
+  }
+}
+
+// Entries longer than a row can show: the slot keeps every character, the row its start,
+// whichever way the entry came in.
+TEST_F(Capture, LongEntriesKeepTheirWholeTextBehindAShortRow) {
+  Text plain(kRowTextChars * 3 + 5, u' ');
+  for (size_t i = 0; i < plain.size(); ++i) plain[i] = static_cast<char16_t>(u'a' + i % 26);
+  const Text loud = cases.Upper(plain), exact = plain.substr(0, kRowTextChars);
+  const Text rich = loud.substr(0, kRowTextChars + 1);
+  const Bytes rtf = "{\\rtf1 \\b " + Narrow(rich) + "}";
+  Copy(plain);
+  Copy(exact);
+  CopyRich(rtf, rich);
+  Copy(u"between");
+  clipboard.SetRich(rtf, false);  // through the box
+  Notice();
+  caseOp = kCaseUpper;
+  Copy(plain);
+  ASSERT_GE(store.DuplicateRow(5), 0);
+  const std::pair<Text, ClipEntry> expected[] = {
+      {u"\t" + exact, ClipEntry::Plain(plain)},
+      {u"\t" + exact, ClipEntry::Plain(exact)},
+      {u"+\t" + loud.substr(0, kRowTextChars), ClipEntry::Rich(rtf)},
+      {u"\tbetween", ClipEntry::Plain(u"between")},
+      {u"+\t" + loud.substr(0, kRowTextChars), ClipEntry::Rich(rtf)},
+      {u"\t" + loud.substr(0, kRowTextChars), ClipEntry::Plain(loud)},
+      {u"\t" + loud.substr(0, kRowTextChars), ClipEntry::Plain(loud)},
+  };
+  ASSERT_EQ(list.ListCount(), 7);
+  for (int r = 0; r < 7; ++r) {
+    EXPECT_EQ(list.List(r), expected[r].first) << r;
+    EXPECT_EQ(store.EntryAtRow(r), expected[r].second) << r;
+  }
+  EXPECT_TRUE(store.InvariantsHold());
 }
 
 TEST_F(Capture, FullListShowsTheMessageOncePerContentAndNeverReenters) {

@@ -42,6 +42,8 @@ TEST(RtfGroups, HostileDocumentsAreRefused) {
       {"", RtfGroups::NotRtf, "empty"},
       {"hello {\\rtf1 x}", RtfGroups::NotRtf, "text before it"},
       {"{\\rt", RtfGroups::NotRtf, "cut inside the mark"},
+      {"{\\RTF1 x}", RtfGroups::NotRtf, "the mark in capitals"},
+      {"{ \\rtf1 x}", RtfGroups::NotRtf, "a space inside the mark"},
       {"{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\f0 Hel", RtfGroups::Unbalanced, "truncated"},
       {"{\\rtf1 x\\}", RtfGroups::Unbalanced, "its last brace escaped"},
       {"{\\rtf1 x\\", RtfGroups::Unbalanced, "ends in a backslash"},

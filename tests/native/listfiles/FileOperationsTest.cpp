@@ -93,6 +93,7 @@ TEST_F(ListFiles, SaveAndLoadRoundTrip) {
     EXPECT_TRUE(store.InvariantsHold());
     EXPECT_EQ(ToUtf8(rows.List(1)), "+\tBold words");
     EXPECT_EQ(ToUtf8(rows.List(2)), "\t\u65E5\u672C");
+    EXPECT_EQ(rows.List(3), u"\t" + Text(kRowTextChars, u'q'));  // the whole text behind it
   }
 }
 
