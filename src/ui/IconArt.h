@@ -46,9 +46,19 @@ Image RenderSubmenuArrow(int size, uint32_t rrggbb);
 bool MenuImageArt(int n, Art& art);
 
 enum class IcoDepth { Alpha32, Masked24 };
-// An .ico file holding the images (largest last is not required; order is kept). A 256-pixel
-// image with alpha is stored as PNG, every other as a bitmap with its mask.
-std::string EncodeIco(const std::vector<Image>& images, IcoDepth depth);
+// Images with alpha of `pngFrom` pixels and more are stored as PNG streams, as the system's
+// own icons store their large images: Vista and later (and Wine) read PNG at any size, and
+// PNG is lossless, so they stay pixel for pixel the same at a fraction of the bytes. The
+// smaller ones stay bitmaps, which the program's own reader (IconResourceImage) takes as
+// they are; for a PNG entry it draws the same art instead.
+// An .ico file holding the images (largest last is not required; order is kept).
+std::string EncodeIco(const std::vector<Image>& images, IcoDepth depth, int pngFrom);
+
+// Where RenderIconFiles starts storing PNG: the tray and window icons, which the system loads
+// (at 16 and 32 px during start-up), from 48 px; the menu images, which only the program's own
+// reader takes, from 28 px, their 175 % step: the common steps stay bitmaps it reads as they are.
+constexpr int kIconPngFrom = 48;
+constexpr int kMenuPngFrom = 28;
 
 struct IconFile {
   std::string name;  // starts with the resource number, e.g. "101-tray-enabled.ico"

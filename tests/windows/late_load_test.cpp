@@ -1,5 +1,5 @@
-// Libraries loaded on first use, the rich-text box made on first use, and the 256-pixel icon
-// images stored as PNG, in process.
+// Libraries loaded on first use, and the large icon images stored as PNG loaded by the system,
+// in process.
 #include <windows.h>
 #include <commdlg.h>
 #include <objbase.h>
@@ -8,6 +8,8 @@
 
 #include <cstdlib>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "clipboard/win32/RichEditBox.h"
 #include "platform/win32/Handles.h"
@@ -88,34 +90,49 @@ art::Image IconPixels(HICON icon, int size) {
   return image;
 }
 
-TEST(IconResources, TheSystemLoadsThePngImagesAt256Pixels) {
+TEST(IconResources, TheSystemLoadsThePngImagesAtEverySize) {
   UniqueModule module(LoadLibraryExW(BesideThisProgram(L"marquill.exe").c_str(), nullptr,
                                      LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE));
   ASSERT_TRUE(module) << "marquill.exe is built beside the test program";
-  const std::pair<int, art::Art> icons[] = {{art::kTrayEnabledIcon, art::Art::ClipEnabled},
-                                            {art::kTrayDisabledIcon, art::Art::ClipDisabled},
-                                            {art::kListWindowIcon, art::Art::ClipList}};
-  for (const auto& [id, drawing] : icons) {
-    SCOPED_TRACE(id);
-    HICON icon = static_cast<HICON>(
-        LoadImageW(module.Get(), MAKEINTRESOURCEW(id), IMAGE_ICON, 256, 256, LR_DEFAULTCOLOR));
-    ASSERT_NE(icon, nullptr);
-    const art::Image shown = IconPixels(icon, 256);
-    DestroyIcon(icon);
-    ASSERT_EQ(shown.rgba.size(), static_cast<size_t>(256 * 256 * 4));
-    // The drawn image, pixel for pixel: colour where it shows, and the same alpha everywhere.
-    const art::Image drawn = art::Render(drawing, 256);
-    int wrong = 0, opaque = 0;
-    for (size_t i = 0; i < drawn.rgba.size(); i += 4) {
-      const uint8_t alpha = drawn.rgba[i + 3];
-      opaque += alpha == 255;
-      bool same = std::abs(shown.rgba[i + 3] - alpha) <= 1;
-      for (int c = 0; c < 3 && alpha; ++c)
-        same = same && std::abs(shown.rgba[i + c] - drawn.rgba[i + c]) <= 1;
-      wrong += !same;
+  struct Case {
+    int id;
+    art::Art drawing;
+    std::vector<int> sizes;  // the sizes stored as PNG
+  };
+  const std::vector<int> large = {48, 64, 72, 96, 128, 256}, menu = {28, 32, 40, 48, 64};
+  const Case cases[] = {{art::kTrayEnabledIcon, art::Art::ClipEnabled, large},
+                        {art::kTrayDisabledIcon, art::Art::ClipDisabled, large},
+                        {art::kListWindowIcon, art::Art::ClipList, large},
+                        {201, art::Art::ClipEnabled, menu},
+                        {202, art::Art::ClipDisabled, menu},
+                        {203, art::Art::Settings, menu},
+                        {204, art::Art::About, menu},
+                        {205, art::Art::Exit, menu},
+                        {206, art::Art::ClipList, menu},
+                        {207, art::Art::Help, menu}};
+  for (const Case& c : cases) {
+    for (int size : c.sizes) {
+      SCOPED_TRACE(testing::Message() << "icon " << c.id << " size " << size);
+      HICON icon = static_cast<HICON>(LoadImageW(module.Get(), MAKEINTRESOURCEW(c.id), IMAGE_ICON,
+                                                 size, size, LR_DEFAULTCOLOR));
+      ASSERT_NE(icon, nullptr);
+      const art::Image shown = IconPixels(icon, size);
+      DestroyIcon(icon);
+      ASSERT_EQ(shown.rgba.size(), static_cast<size_t>(size) * size * 4);
+      // The drawn image, pixel for pixel: colour where it shows, and the same alpha everywhere.
+      const art::Image drawn = art::Render(c.drawing, size);
+      int wrong = 0, opaque = 0;
+      for (size_t i = 0; i < drawn.rgba.size(); i += 4) {
+        const uint8_t alpha = drawn.rgba[i + 3];
+        opaque += alpha == 255;
+        bool same = std::abs(shown.rgba[i + 3] - alpha) <= 1;
+        for (int ch = 0; ch < 3 && alpha; ++ch)
+          same = same && std::abs(shown.rgba[i + ch] - drawn.rgba[i + ch]) <= 1;
+        wrong += !same;
+      }
+      EXPECT_GT(opaque, size * size / 16);
+      EXPECT_EQ(wrong, 0);
     }
-    EXPECT_GT(opaque, 256 * 16);
-    EXPECT_EQ(wrong, 0);
   }
 }
 

@@ -226,8 +226,14 @@ TEST(AlphaImage, IconResourcesHoldTheDrawnImages) {
     for (int size : {16, 24, 32, 48}) {
       SCOPED_TRACE(testing::Message() << "icon " << c.id << " size " << size);
       art::Image image;
-      ASSERT_TRUE(ReadIconResource(exe, c.id, size, image));
       art::Image drawn = art::Render(c.art, size);
+      if (!c.classic && size >= (c.id < art::kMenuImageFirst ? art::kIconPngFrom : art::kMenuPngFrom)) {
+        // A PNG entry is not read: the same art is drawn instead.
+        EXPECT_FALSE(ReadIconResource(exe, c.id, size, image));
+        EXPECT_TRUE(IconResourceImage(exe, c.id, size, c.art).rgba == drawn.rgba);
+        continue;
+      }
+      ASSERT_TRUE(ReadIconResource(exe, c.id, size, image));
       if (c.classic) {
         // 24-bit with a mask: colour where shown, and only fully shown or hidden pixels.
         drawn = art::Binarize(drawn);

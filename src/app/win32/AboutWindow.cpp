@@ -1,7 +1,6 @@
 #include "app/win32/AboutWindow.h"
 
 #include "platform/win32/Strings.h"
-#include "resource.h"
 #include "version.h"
 
 namespace mq::win32 {
@@ -39,13 +38,10 @@ bool AboutWindow::Open(Mode mode) {
               work.top + (work.bottom - work.top - height) / 2, width, height))
     return false;
   dpi_ = DpiOfWindow(hwnd());
-  titleFont_ = CreateProgramFont(dpi_, 20, FW_BOLD);
-  textFont_ = CreateProgramFont(dpi_, 9);
-  int iconSize = ScaleToDpi(64, dpi_);
-  icon_.Reset(static_cast<HICON>(LoadImageW(GetModuleHandleW(nullptr),
-                                            MAKEINTRESOURCEW(IDI_TRAY_ENABLED), IMAGE_ICON,
-                                            iconSize, iconSize, 0)));
+  // Fonts and the image are made when the window first paints: the splash is shown during
+  // start-up but paints from the message loop, after the program is ready.
   if (mode == Mode::Full) {
+    MakePaintTools();
     ok_ = CreateWindowExW(0, L"Button", L"OK", WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_DEFPUSHBUTTON,
                           0, 0, 0, 0, hwnd(), reinterpret_cast<HMENU>(kOkId),
                           GetModuleHandleW(nullptr), nullptr);
@@ -53,6 +49,16 @@ bool AboutWindow::Open(Mode mode) {
     Layout();
   }
   return true;
+}
+
+void AboutWindow::MakePaintTools() {
+  if (!titleFont_) titleFont_ = CreateProgramFont(dpi_, 20, FW_BOLD);
+  if (!textFont_) textFont_ = CreateProgramFont(dpi_, 9);
+  // The enabled tray image, drawn at the window's size from the program's own art (the
+  // resource's image where it is a bitmap), never scaled.
+  if (image_.Empty())
+    image_ = AlphaImage(IconResourceImage(GetModuleHandleW(nullptr), art::kTrayEnabledIcon,
+                                          ScaleToDpi(64, dpi_), art::Art::ClipEnabled));
 }
 
 void AboutWindow::Layout() {
@@ -65,8 +71,8 @@ void AboutWindow::Layout() {
 
 void AboutWindow::ShowSplash() {
   if (!Open(Mode::Splash)) return;
+  // Shown now, painted when the message loop runs: no UpdateWindow here.
   ShowWindow(hwnd(), SW_SHOWNOACTIVATE);
-  UpdateWindow(hwnd());
   SetTimer(hwnd(), kSplashTimer, kSplashMs, nullptr);
 }
 
@@ -83,6 +89,7 @@ void AboutWindow::ShowFull(TextView osVersionText) {
 void AboutWindow::Paint() {
   PAINTSTRUCT ps;
   HDC dc = BeginPaint(hwnd(), &ps);
+  MakePaintTools();
   RECT client{};
   GetClientRect(hwnd(), &client);
   FillRect(dc, &client, GetSysColorBrush(COLOR_WINDOW));
@@ -92,7 +99,7 @@ void AboutWindow::Paint() {
   FillRect(dc, &top, accent.Get());
 
   int pad = ScaleToDpi(20, dpi_), iconSize = ScaleToDpi(64, dpi_);
-  if (icon_) DrawIconEx(dc, pad, pad + band, icon_.Get(), iconSize, iconSize, 0, nullptr, DI_NORMAL);
+  image_.Draw(dc, pad, pad + band);
   SetBkMode(dc, TRANSPARENT);
   int x = pad * 2 + iconSize;
   RECT text{x, pad + band, client.right - pad, client.bottom};

@@ -5,6 +5,7 @@
 #include "platform/Text.h"
 #include "platform/win32/Gdi.h"
 #include "platform/win32/Window.h"
+#include "ui/win32/AlphaImage.h"
 
 namespace mq::win32 {
 
@@ -21,13 +22,14 @@ class AboutWindow final : public Window {
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
   void Paint();
   void Layout();
+  void MakePaintTools();
 
   Mode mode_ = Mode::Splash;
   Text versionText_;
   UINT dpi_ = 96;
   HWND ok_ = nullptr;
   UniqueFont titleFont_, textFont_;
-  UniqueIcon icon_;
+  AlphaImage image_;
   static constexpr UINT_PTR kSplashTimer = 1;
 };
 

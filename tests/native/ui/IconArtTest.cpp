@@ -51,13 +51,19 @@ TEST(IconArt, CommittedIconsAreTheDrawingsOutputWithEverySize) {
       EXPECT_EQ(offset, end);
       end = offset + bytes;
       ASSERT_LE(end, b.size());
-      if (w == 256) {
-        // A PNG stream holding exactly the drawn image.
+      // Large images with alpha are PNG streams holding exactly the drawn image; the small
+      // ones (those the system loads at start-up among them) and the pre-XP ones are bitmaps.
+      const bool png = b.compare(offset, 8, "\x89PNG\r\n\x1a\n") == 0;
+      EXPECT_EQ(png, !classic && w >= (large ? kIconPngFrom : kMenuPngFrom)) << w;
+      if (png) {
         Image decoded;
         ASSERT_TRUE(png::reader::DecodePng(b.substr(offset, bytes), decoded));
-        const Art art = file.resourceId == 101 ? Art::ClipEnabled
-                        : file.resourceId == 102 ? Art::ClipDisabled : Art::ClipList;
-        EXPECT_TRUE(decoded.rgba == Render(art, 256).rgba);
+        Art art = file.resourceId == 101 ? Art::ClipEnabled
+                  : file.resourceId == 102 ? Art::ClipDisabled : Art::ClipList;
+        if (!large) ASSERT_TRUE(MenuImageArt(file.resourceId - kMenuImageFirst + 1, art));
+        EXPECT_TRUE(decoded.rgba == Render(art, w).rgba) << w;
+      } else {
+        EXPECT_EQ(Le(b, offset, 4), 40u) << w;  // BITMAPINFOHEADER
       }
     }
     EXPECT_EQ(end, b.size());
