@@ -1,4 +1,4 @@
-# A small full disk for the list-file save test (full_disk_test.cpp): a 64 KB tmpfs under the
+# A small full disk for the list-file save test (listfiles_test.cpp): a 64 KB tmpfs under the
 # build folder, named to the tests in MARQUILL_FULL_DISK. Mounting needs root (or a system
 # that allows it); without it the test reports itself skipped. Source after common.sh.
 #   full_disk_mount DIR   full_disk_unmount

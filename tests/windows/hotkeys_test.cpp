@@ -4,104 +4,68 @@
 #include <windows.h>
 
 #include <memory>
-#include <string>
-#include <vector>
 
 #include "hotkeys/VBHotKey.h"
 #include "hotkeys/win32/Win32HotkeySystem.h"
-#include "platform/win32/MessageWindow.h"
-#include "platform/win32/Strings.h"
 #include "platform/win32/SystemError.h"
-
-#include "Pump.h"
+#include "Support.h"
 
 namespace mq::win32 {
 namespace {
 
-// Combinations the program itself never uses, so a running Marquill cannot interfere.
-constexpr UINT kMods = MOD_CONTROL | MOD_SHIFT;
+// Ctrl+Shift combinations, which the program itself never uses, so a running Marquill cannot
+// interfere.
 
-// Ctrl+Shift+key as a user would type it.
-void Press(WORD vk) {
-  for (WORD down : {VK_CONTROL, VK_SHIFT}) SendKey(down, false);
-  SendKey(vk, false);
-  SendKey(vk, true);
-  for (WORD up : {VK_SHIFT, VK_CONTROL}) SendKey(up, true);
-}
-
-VBHotKey::Design CtrlShift(int32_t vkey) {
-  VBHotKey::Design d;
-  d.CtrlKey = true;
-  d.ShiftKey = true;
-  d.WinKey = false;
-  d.VKey = vkey;
-  return d;
-}
-
-struct Counter {
-  int presses = 0;
-  std::vector<std::pair<Text, Text>> errors;
-  void Attach(VBHotKey& hk) {
-    hk.HotkeyPressed = [this] { ++presses; };
-    hk.ErrorOccured = [this](TextView m, TextView s) { errors.push_back({Text(m), Text(s)}); };
-  }
-};
-
-// True when nobody holds the combination (a probe window can take it and give it back).
-bool CombinationFree(UINT mods, UINT vk) {
+// True when nobody holds Ctrl+Shift+vk (a probe window can take it and give it back).
+bool CombinationFree(UINT vk) {
   UniqueWindow probe(CreatePlainWindow());
-  if (!RegisterHotKey(probe.Get(), 0x7001, mods, vk)) return false;
+  if (!RegisterHotKey(probe.Get(), 0x7001, MOD_CONTROL | MOD_SHIFT, vk)) return false;
   UnregisterHotKey(probe.Get(), 0x7001);
   return true;
 }
 
-class Win32HotkeyTest : public ::testing::Test {
- protected:
-  // A started control on Ctrl+Shift+vkey whose events c counts.
-  std::unique_ptr<VBHotKey> Started(int32_t vkey, Counter& c) {
-    auto hk = std::make_unique<VBHotKey>(sys, controls, CtrlShift(vkey));
-    c.Attach(*hk);
-    hk->Start();
-    return hk;
-  }
-
+TEST(Win32Hotkeys, RefusalPressesStoppingAndTheEndOfTheWindow) {
   HotkeyControls controls;
   Win32HotkeySystem sys{controls};
-};
+  int presses[2] = {};
+  std::vector<std::pair<Text, Text>> errors;
+  std::unique_ptr<VBHotKey> hk[2];
+  for (int i = 0; i < 2; ++i) {
+    // Ctrl+Shift+8 and Ctrl+Shift+9: alt, shift, ctrl, key, win.
+    hk[i] = std::make_unique<VBHotKey>(sys, controls, VBHotKey::Design{false, true, true, '8' + i, false});
+    hk[i]->HotkeyPressed = [&presses, i] { ++presses[i]; };
+    hk[i]->ErrorOccured = [&](TextView m, TextView s) { errors.push_back({Text(m), Text(s)}); };
+    hk[i]->Start();
+  }
+  // The real system refuses a combination already held; the error carries the system's own
+  // text, without the line break and blanks it ends with.
+  ASSERT_NE(hk[0]->hKey(), 0);
+  hk[1]->SetVKey('8');
+  EXPECT_EQ(hk[1]->hKey(), 0);
+  ASSERT_EQ(errors.size(), 1u);
+  EXPECT_EQ(errors[0].second, u"ApiHotkey:Register");
+  EXPECT_EQ(errors[0].first, SystemErrorText(ERROR_HOTKEY_ALREADY_REGISTERED));
+  ASSERT_FALSE(errors[0].first.empty());
+  EXPECT_EQ(errors[0].first.find_last_not_of(u"\r\n "), errors[0].first.size() - 1);
+  // Typed as a user would, the combination reaches its holder only; stopping frees it.
+  for (WORD down : {WORD{VK_CONTROL}, WORD{VK_SHIFT}, WORD{'8'}}) SendKey(down, false);
+  for (WORD up : {WORD{'8'}, WORD{VK_SHIFT}, WORD{VK_CONTROL}}) SendKey(up, true);
+  EXPECT_TRUE(PumpUntil([&] { return presses[0] == 1; }));
+  EXPECT_EQ(presses[1], 0);
+  hk[0]->StopHotkey();
+  EXPECT_TRUE(CombinationFree('8'));
 
-// The real system refuses a combination already held; the error carries its own text.
-TEST_F(Win32HotkeyTest, CollisionRaisesErrorWithTheSystemsText) {
-  Counter c1, c2;
-  auto first = Started('8', c1), second = Started('9', c2);
-  ASSERT_NE(first->hKey(), 0);
-  second->SetVKey('8');
-  EXPECT_EQ(second->hKey(), 0);
-  ASSERT_EQ(c2.errors.size(), 1u);
-  EXPECT_EQ(c2.errors[0].second, u"ApiHotkey:Register");
-  // The system's own text, without the line break and blanks it ends with.
-  EXPECT_EQ(c2.errors[0].first, SystemErrorText(ERROR_HOTKEY_ALREADY_REGISTERED));
-  ASSERT_FALSE(c2.errors[0].first.empty());
-  EXPECT_EQ(c2.errors[0].first.find_last_not_of(u"\r\n "), c2.errors[0].first.size() - 1);
-  // A press reaches the holder only; stopping it frees the combination.
-  Press('8');
-  EXPECT_TRUE(PumpUntil([&] { return c1.presses == 1; }));
-  EXPECT_EQ(c2.presses, 0);
-  first->StopHotkey();
-  EXPECT_TRUE(CombinationFree(kMods, '8'));
-}
-
-// Closed: passed on, so the default procedure destroys the window, and the control leaves.
-TEST_F(Win32HotkeyTest, TheEndOfItsWindowEndsTheControl) {
-  Counter c;
-  auto hk = Started('7', c);
-  HWND window = reinterpret_cast<HWND>(hk->hwnd());
-  ASSERT_EQ(controls.Count(), 1u);
+  // Closed: passed on, so the default procedure destroys the window, and the control leaves.
+  hk[1]->SetVKey('7');
+  ASSERT_NE(hk[1]->hKey(), 0);
+  HWND window = reinterpret_cast<HWND>(hk[1]->hwnd());
+  const size_t count = controls.Count();
   SendMessageW(window, WM_CLOSE, 0, 0);
   EXPECT_FALSE(IsWindow(window));
-  EXPECT_EQ(controls.Count(), 0u);
+  EXPECT_EQ(controls.Count(), count - 1);
   // Stopping afterwards still frees the combination and the atom.
-  hk->StopHotkey();
-  EXPECT_TRUE(CombinationFree(kMods, '7'));
+  hk[1]->StopHotkey();
+  EXPECT_TRUE(CombinationFree('7'));
   EXPECT_EQ(GlobalFindAtomW(L"SHIFT+CONTROL+055"), 0);
 }
 

@@ -1,46 +1,30 @@
 // The list files' Windows adapters: the Win32 file system (atomic replace, error texts) and
-// the system code page (round trip, loss).
+// the system code page (round trip, loss); saving a list onto a full disk, where the user sees
+// the system's description of the failure, an existing list keeps every byte, and nothing
+// partial is left. The disk is a small tmpfs that scripts/test mounts
+// (tests/windows/full_disk.sh) and names in MARQUILL_FULL_DISK; without one that test reports
+// itself skipped.
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <filesystem>
+#include <cstdlib>
+#include <random>
+#include <tuple>
 
+#include "clipboard/ClipStore.h"
+#include "clipboard/win32/RichEditBox.h"
+#include "listfiles/FileOperations.h"
 #include "platform/win32/Handles.h"
-#include "platform/win32/Strings.h"
 #include "platform/win32/SystemCodePage.h"
 #include "platform/win32/SystemError.h"
 #include "platform/win32/Win32FileSystem.h"
+#include "Support.h"
 
-namespace mq {
+namespace mq::win32 {
 namespace {
 
-using win32::FromW;
-using win32::SystemCodePage;
-using win32::W;
-using win32::Win32FileSystem;
-
-// A fresh folder under the user's temporary folder, removed with its files at the end.
-class TempFolder {
- public:
-  TempFolder() { std::filesystem::create_directory(path_); }
-  ~TempFolder() { std::filesystem::remove_all(path_, error_); }
-  Text Path() const { return FromW(path_.wstring()); }
-  Text File(TextView name) const { return Path() + u"\\" + Text(name); }
-  std::vector<Text> Names() const {
-    std::vector<Text> names;
-    for (const auto& entry : std::filesystem::directory_iterator(path_))
-      names.push_back(FromW(entry.path().filename().wstring()));
-    return names;
-  }
-
- private:
-  std::filesystem::path path_ = std::filesystem::temp_directory_path() /
-                                (L"mq-listfiles-" + std::to_wstring(GetCurrentProcessId()));
-  std::error_code error_;
-};
-
 TEST(Win32FileSystem, AtomicReplaceAndErrorTexts) {
-  TempFolder dir;
+  ScratchFolder dir;
   Win32FileSystem files;
   const Text target = dir.File(u"list.mql");
   Text error;
@@ -53,7 +37,7 @@ TEST(Win32FileSystem, AtomicReplaceAndErrorTexts) {
   // A locked target (open without sharing) cannot be replaced: the old content stays and
   // the temporary file is cleaned up.
   {
-    win32::UniqueFile lock(
+    UniqueFile lock(
         CreateFileW(W(target), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
     ASSERT_TRUE(lock);
     error.clear();
@@ -67,9 +51,9 @@ TEST(Win32FileSystem, AtomicReplaceAndErrorTexts) {
   // A folder that does not exist: the system's own text (trimmed, see the hotkeys' tests).
   error.clear();
   EXPECT_FALSE(files.WriteAllAtomic(dir.File(u"missing\\x.mql"), "x", error));
-  EXPECT_EQ(error, win32::SystemErrorText(ERROR_PATH_NOT_FOUND));
+  EXPECT_EQ(error, SystemErrorText(ERROR_PATH_NOT_FOUND));
   EXPECT_FALSE(files.ReadAll(dir.File(u"none.mql"), read, error));
-  EXPECT_EQ(error, win32::SystemErrorText(ERROR_FILE_NOT_FOUND));
+  EXPECT_EQ(error, SystemErrorText(ERROR_FILE_NOT_FOUND));
 
   const Text copy = dir.File(u"copy.mql");
   ASSERT_TRUE(files.Copy(target, copy, error));
@@ -81,24 +65,78 @@ TEST(Win32FileSystem, AtomicReplaceAndErrorTexts) {
 TEST(SystemCodePage, RoundTripAndLoss) {
   // Text that fits comes back as it was, in the expected bytes; text that does not is refused,
   // with no best fit (an "A" with a ring below must not pass as a plain "A").
-  struct Case {
-    UINT codePage;
-    Text text;
-    const char* bytes;  // null: refused
-  } cases[] = {{1252, u"caf\u00E9 \u20AC", "caf\xE9 \x80"}, {1252, u"\u03A9", nullptr},
+  // Code page (0: the system's), text, its bytes (null: refused).
+  const std::tuple<UINT, Text, const char*> cases[] = {{1252, u"caf\u00E9 \u20AC", "caf\xE9 \x80"}, {1252, u"\u03A9", nullptr},
                {1252, u"\u1E00", nullptr}, {932, u"\u65E5\u672C", "\x93\xFA\x96\x7B"},
                {932, u"\u00E9", nullptr}, {CP_UTF8, u"\u03A9 \U0001F4CE", "\xCE\xA9 \xF0\x9F\x93\x8E"},
                {CP_UTF8, Text(1, u'\xD800'), nullptr}, {0, u"plain ASCII", "plain ASCII"}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.codePage);
-    const SystemCodePage page = c.codePage ? SystemCodePage(c.codePage) : SystemCodePage();
+  for (const auto& [codePage, text, expected] : cases) {
+    SCOPED_TRACE(codePage);
+    const SystemCodePage page = codePage ? SystemCodePage(codePage) : SystemCodePage();
     Bytes bytes;
-    ASSERT_EQ(page.ToAnsi(c.text, bytes), c.bytes != nullptr);
-    if (!c.bytes) continue;
-    EXPECT_EQ(bytes, c.bytes);
-    EXPECT_EQ(page.FromAnsi(bytes), c.text);
+    ASSERT_EQ(page.ToAnsi(text, bytes), expected != nullptr);
+    if (!expected) continue;
+    EXPECT_EQ(bytes, expected);
+    EXPECT_EQ(page.FromAnsi(bytes), text);
   }
 }
 
+TEST(FullDiskSave, FailsWithTheSystemsMessageAndLosesNothing) {
+  const char* mounted = std::getenv("MARQUILL_FULL_DISK");
+  if (!mounted || !*mounted) GTEST_SKIP() << "no small disk mounted (MARQUILL_FULL_DISK)";
+  // Wine maps the Unix root to Z:.
+  ScratchFolder dir((std::filesystem::path(L"Z:") / mounted).make_preferred());
+  const Text existing = dir.File(u"kept.mql"), fresh = dir.File(u"new.mql"), filler = dir.File(u"filler");
+
+  ListModel rows;
+  ClipStore store(rows);
+  RichEditBox box;
+  SystemCodePage codePage;
+  Win32FileSystem files;
+  ListContext context{store, box, codePage, files};
+  store.Append(ClipEntry::Plain(u"a list that is already there"), u"a list that is already there");
+  ASSERT_TRUE(FileOperations::SaveListFile(context, existing, false, u"").ok);
+  Bytes before;
+  Text error;
+  ASSERT_TRUE(files.ReadAll(existing, before, error));
+
+  // Fill what is left of the disk.
+  {
+    HANDLE file = CreateFileW(W(filler), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    ASSERT_NE(file, INVALID_HANDLE_VALUE);
+    const std::string block(4096, 'f');
+    DWORD wrote = 0;
+    int blocks = 0;
+    while (blocks < 100'000 && WriteFile(file, block.data(), 4096, &wrote, nullptr) && wrote)
+      ++blocks;
+    CloseHandle(file);
+    ASSERT_LT(blocks, 100'000) << "the disk never filled up";
+  }
+  const std::vector<Text> listing = dir.Names();
+
+  // Text that the list file's compression cannot shrink much.
+  std::minstd_rand random(7);
+  for (int k = 0; k < 20; ++k) {
+    Text noise(2000, u' ');
+    for (auto& c : noise) c = static_cast<char16_t>(u'!' + random() % 90);
+    store.Append(ClipEntry::Plain(noise), u"noise");
+  }
+  const Text fullDisk = SystemErrorText(ERROR_DISK_FULL);
+  for (const Text& target : {existing, fresh}) {
+    SCOPED_TRACE(target == existing ? "over an existing list" : "as a new list");
+    const FileOperations::SaveResult result = FileOperations::SaveListFile(context, target, false, u"");
+    EXPECT_FALSE(result.ok);
+    EXPECT_EQ(result.error, fullDisk);
+    Bytes after;
+    ASSERT_TRUE(files.ReadAll(existing, after, error));
+    EXPECT_EQ(after, before) << "the existing list changed";
+    EXPECT_EQ(dir.Names(), listing) << "a partial file was left behind";
+  }
+
+  // Once there is room again the same save goes through.
+  ASSERT_TRUE(DeleteFileW(W(filler)));
+  EXPECT_TRUE(FileOperations::SaveListFile(context, existing, false, u"").ok);
+}
+
 }  // namespace
-}  // namespace mq
+}  // namespace mq::win32

@@ -3,10 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <string>
 #include <utility>
-#include <vector>
 
 #include "app/win32/FlashWindow.h"
 #include "platform/MenuItem.h"
@@ -16,7 +13,7 @@
 #include "ui/win32/AlphaImage.h"
 #include "ui/win32/cMenuItems.h"
 
-#include "Pump.h"
+#include "Support.h"
 
 namespace mq::win32 {
 namespace {
@@ -49,7 +46,7 @@ struct Tray {
   }
 };
 
-TEST(cMenuItems, MeasuresScaleWithDpi) {
+TEST(cMenuItems, MeasuresScaleWithDpiAndFollowTheMarkUp) {
   Tray tray;
   cMenuItems menus(nullptr);
   const auto at96 = menus.MeasureMenu(tray.root, tray.style, 96);
@@ -64,182 +61,155 @@ TEST(cMenuItems, MeasuresScaleWithDpi) {
       EXPECT_NEAR(scaled[i].cy, at96[i].cy * f, 1 + f);
       EXPECT_NEAR(scaled[i].cx, at96[i].cx * f, at96[i].cx * (0.04 * f + 0.02));
     }
-    // A command row holds its image (16 px at 96 DPI, 32 at 192) with room to spare.
-    if (dpi == 192) {
-      EXPECT_GE(scaled[1].cy, 32 + 8);
-    }
   }
+  // A command row holds its image (16 px at 96 DPI, 32 at 192) with room to spare.
   EXPECT_GE(at96[1].cy, 16 + 4);
+  EXPECT_GE(menus.MeasureMenu(tray.root, tray.style, 192)[1].cy, 32 + 8);
   // Separators are thin, the raised label taller than a separator.
   EXPECT_LT(at96[3].cy, at96[1].cy);
   EXPECT_GT(at96[0].cy, at96[3].cy);
-}
 
-TEST(cMenuItems, DefaultBoldSidebarAcceleratorAndHiddenItems) {
-  MenuItem root, plain, dflt, hidden, accel, side;
+  // The default item is drawn bold, so wider than the same caption plain; a sidebar takes
+  // room beside every item, unless it is switched off.
+  MenuItem root, plain, dflt, side;
   plain.caption = u"Show Clip List{IMG:I6}";
   dflt.caption = u"Show Clip List{IMG:I6|DEFAULT}";
-  hidden.caption = u"Never shown";
-  hidden.visible = false;
-  accel.caption = u"Show Clip List{IMG:I6}\tCtrl+L";
-  root.items = {&plain, &dflt, &hidden, &accel};
-  cMenuItems menus(nullptr);
-  MenuStyle style;
-  auto sizes = menus.MeasureMenu(root, style, 96);
-  ASSERT_EQ(sizes.size(), 3u);  // the hidden item is left out
-  EXPECT_GT(sizes[1].cx, sizes[0].cx);  // bold is wider
-  EXPECT_GT(sizes[2].cx, sizes[0].cx + 30);
+  root.items = {&plain, &dflt};
+  const auto sizes = menus.MeasureMenu(root, tray.style, 96);
+  ASSERT_EQ(sizes.size(), 2u);
+  EXPECT_GT(sizes[1].cx, sizes[0].cx);
   EXPECT_EQ(sizes[1].cy, sizes[0].cy);
-
   side.caption = modMenus::BuildSidebarCaption({});
   root.items.insert(root.items.begin(), &side);
-  auto withSidebar = menus.MeasureMenu(root, style, 96);
-  ASSERT_EQ(withSidebar.size(), 3u);
-  for (size_t i = 0; i < 3; ++i) EXPECT_GE(withSidebar[i].cx - sizes[i].cx, 35);
-  // A sidebar that is switched off takes no room.
+  EXPECT_GE(menus.MeasureMenu(root, tray.style, 96)[0].cx - sizes[0].cx, 35);
   modMenus::SidebarOptions off;
   off.sidebarDisabled = true;
   side.caption = modMenus::BuildSidebarCaption(off);
-  auto withOff = menus.MeasureMenu(root, style, 96);
-  for (size_t i = 0; i < 3; ++i) EXPECT_EQ(withOff[i].cx, sizes[i].cx);
+  EXPECT_EQ(menus.MeasureMenu(root, tray.style, 96)[0].cx, sizes[0].cx);
 }
 
-// What a menu run was given (a key goes as WM_KEYDOWN and WM_KEYUP, a letter as WM_CHAR),
-// what it returned and what the open menu showed.
+// An open menu driven from inside its own loop: a timer posts the input one by one (a key as
+// WM_KEYDOWN and WM_KEYUP, a letter as WM_CHAR), after a look at the menu.
 using Input = std::pair<UINT, WPARAM>;
 struct MenuRun {
   std::vector<Input> input;
+  size_t next = 0;
+  HWND owner = nullptr;
   int chosen = -1, itemCount = -1, defaultItem = -2;
   std::vector<UINT> states;  // GetMenuState of each item
 };
+MenuRun* current = nullptr;
+cMenuItems* currentMenus = nullptr;
 
-// Owns the menus and drives an open one from inside its own loop: a timer posts the input
-// one by one, after a look at the menu.
-class MenuOwner {
- public:
-  explicit MenuOwner(cMenuItems& menus) {
-    menus_ = &menus;
-    WNDCLASSW wc{};
-    wc.lpfnWndProc = Proc;
-    wc.hInstance = GetModuleHandleW(nullptr);
-    wc.lpszClassName = L"UiTestMenuOwner";
-    RegisterClassW(&wc);
-    window_.Reset(CreateWindowExW(WS_EX_TOOLWINDOW, wc.lpszClassName, L"", WS_POPUP, 0, 0, 1, 1,
-                                  nullptr, nullptr, wc.hInstance, nullptr));
+void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD) {
+  if (!current || current->next >= current->input.size()) return;
+  HWND popup = FindWindowW(L"#32768", nullptr);
+  auto menu = popup ? reinterpret_cast<HMENU>(SendMessageW(popup, MN_GETHMENU, 0, 0)) : nullptr;
+  if (current->next == 0 && menu) {
+    current->itemCount = GetMenuItemCount(menu);
+    current->defaultItem = static_cast<int>(GetMenuDefaultItem(menu, TRUE, 0));
+    for (int i = 0; i < current->itemCount; ++i)
+      current->states.push_back(GetMenuState(menu, i, MF_BYPOSITION));
   }
-  MenuRun Run(const MenuItem& root, const MenuStyle& style, std::vector<Input> input) {
-    MenuRun run;
-    run.input = std::move(input);
-    current_ = &run;
-    next_ = 0;
-    owner_ = window_.Get();
-    UINT_PTR timer = SetTimer(nullptr, 0, 150, &Tick);
-    run.chosen = menus_->TrackPopup(window_.Get(), root, style, POINT{120, 120});
-    KillTimer(nullptr, timer);
-    current_ = nullptr;
-    return run;
-  }
+  auto [message, key] = current->input[current->next++];
+  PostMessageW(current->owner, message, key, 1);
+  if (message == WM_KEYDOWN) PostMessageW(current->owner, WM_KEYUP, key, 0xC0000001);
+}
+LRESULT CALLBACK OwnerProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
+  LRESULT result = 0;
+  if (currentMenus && currentMenus->HandleMenuMessage(hwnd, message, wParam, lParam, result))
+    return result;
+  return DefWindowProcW(hwnd, message, wParam, lParam);
+}
 
- private:
-  static void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD) {
-    MenuRun* run = current_;
-    if (!run || next_ >= run->input.size()) return;
-    HWND popup = FindWindowW(L"#32768", nullptr);
-    auto menu = popup ? reinterpret_cast<HMENU>(SendMessageW(popup, MN_GETHMENU, 0, 0)) : nullptr;
-    if (next_ == 0 && menu) {
-      run->itemCount = GetMenuItemCount(menu);
-      run->defaultItem = static_cast<int>(GetMenuDefaultItem(menu, TRUE, 0));
-      for (int i = 0; i < run->itemCount; ++i) run->states.push_back(GetMenuState(menu, i, MF_BYPOSITION));
-    }
-    auto [message, key] = run->input[next_++];
-    PostMessageW(owner_, message, key, 1);
-    if (message == WM_KEYDOWN) PostMessageW(owner_, WM_KEYUP, key, 0xC0000001);
-  }
-  static LRESULT CALLBACK Proc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
-    LRESULT result = 0;
-    if (menus_ && menus_->HandleMenuMessage(hwnd, message, wParam, lParam, result)) return result;
-    return DefWindowProcW(hwnd, message, wParam, lParam);
-  }
-  static inline cMenuItems* menus_ = nullptr;
-  static inline MenuRun* current_ = nullptr;
-  static inline size_t next_ = 0;
-  static inline HWND owner_ = nullptr;
-  UniqueWindow window_;
-};
+MenuRun RunMenu(cMenuItems& menus, const MenuItem& root, const MenuStyle& style, std::vector<Input> input) {
+  WNDCLASSW wc{};
+  wc.lpfnWndProc = OwnerProc;
+  wc.hInstance = GetModuleHandleW(nullptr);
+  wc.lpszClassName = L"UiTestMenuOwner";
+  RegisterClassW(&wc);  // refused after the first time, which is as good
+  UniqueWindow owner(CreateWindowExW(WS_EX_TOOLWINDOW, wc.lpszClassName, L"", WS_POPUP, 0, 0, 1,
+                                     1, nullptr, nullptr, wc.hInstance, nullptr));
+  MenuRun run;
+  run.input = std::move(input);
+  run.owner = owner.Get();
+  current = &run;
+  currentMenus = &menus;
+  UINT_PTR timer = SetTimer(nullptr, 0, 150, &Tick);
+  run.chosen = menus.TrackPopup(owner.Get(), root, style, POINT{120, 120});
+  KillTimer(nullptr, timer);
+  current = nullptr;
+  return run;
+}
 
 TEST(cMenuItems, TrackPopupReturnsTheChosenCommand) {
   Tray tray;
   cMenuItems menus(nullptr);
-  MenuOwner owner(menus);
+  auto pick = [&](std::vector<Input> in) { return RunMenu(menus, tray.root, tray.style, std::move(in)); };
   const Input down{WM_KEYDOWN, VK_DOWN}, enter{WM_KEYDOWN, VK_RETURN};
 
   // The raised label is never selected: two steps down land on the second command.
-  MenuRun run = owner.Run(tray.root, tray.style, {down, down, enter});
-  EXPECT_EQ(run.chosen, tray.mode.commandId);
-  EXPECT_EQ(run.itemCount, 13);
-  EXPECT_EQ(run.defaultItem, 4);  // "Show Clip List"
-  ASSERT_EQ(run.states.size(), 13u);
-  EXPECT_FALSE(run.states[6] & MF_GRAYED);  // "Purge Formatting"
-  EXPECT_TRUE(run.states[0] & MF_SEPARATOR);  // the raised label cannot be selected
-  EXPECT_EQ(owner.Run(tray.root, tray.style, {{WM_KEYDOWN, VK_ESCAPE}}).chosen, 0);
+  MenuRun shown = pick({down, down, enter});
+  EXPECT_EQ(shown.chosen, tray.mode.commandId);
+  EXPECT_EQ(shown.itemCount, 13);
+  EXPECT_EQ(shown.defaultItem, 4);  // "Show Clip List"
+  ASSERT_EQ(shown.states.size(), 13u);
+  EXPECT_FALSE(shown.states[6] & MF_GRAYED);  // "Purge Formatting"
+  EXPECT_TRUE(shown.states[0] & MF_SEPARATOR);  // the raised label cannot be selected
+  EXPECT_EQ(pick({{WM_KEYDOWN, VK_ESCAPE}}).chosen, 0);
 
   // Keys pick owner-drawn items by their first letter, in any case. (Letters that several
   // items share select in turn on Windows; Wine ignores such a selection, so no test here.)
-  EXPECT_EQ(owner.Run(tray.root, tray.style, {{WM_CHAR, L'e'}}).chosen, tray.exit.commandId);
-  EXPECT_EQ(owner.Run(tray.root, tray.style, {{WM_CHAR, L'H'}}).chosen, tray.help.commandId);
+  EXPECT_EQ(pick({{WM_CHAR, L'e'}}).chosen, tray.exit.commandId);
+  EXPECT_EQ(pick({{WM_CHAR, L'H'}}).chosen, tray.help.commandId);
   // The case submenu opens by its letter; its second item is chosen.
-  EXPECT_EQ(owner.Run(tray.root, tray.style, {{WM_CHAR, L'c'}, down, enter}).chosen, tray.opSt.commandId);
+  EXPECT_EQ(pick({{WM_CHAR, L'c'}, down, enter}).chosen, tray.opSt.commandId);
 
   // Disabled items are shown greyed; hidden items are not there at all.
   tray.format.enabled = false;
   tray.opHead.enabled = false;
   tray.list.visible = false;
   tray.bar1.visible = false;
-  run = owner.Run(tray.root, tray.style, {{WM_KEYDOWN, VK_UP}, enter});  // from the bottom: Exit
-  EXPECT_EQ(run.chosen, tray.exit.commandId);
-  EXPECT_EQ(run.itemCount, 11);
-  EXPECT_EQ(run.defaultItem, -1);
-  ASSERT_EQ(run.states.size(), 11u);
-  EXPECT_TRUE(run.states[4] & MF_GRAYED);  // "Purge Formatting"
-  EXPECT_TRUE(run.states[5] & MF_GRAYED);  // "CaseChange (None)"
-  EXPECT_FALSE(run.states[1] & MF_GRAYED);
+  shown = pick({{WM_KEYDOWN, VK_UP}, enter});  // from the bottom: Exit
+  EXPECT_EQ(shown.chosen, tray.exit.commandId);
+  EXPECT_EQ(shown.itemCount, 11);
+  EXPECT_EQ(shown.defaultItem, -1);
+  ASSERT_EQ(shown.states.size(), 11u);
+  EXPECT_TRUE(shown.states[4] & MF_GRAYED);  // "Purge Formatting"
+  EXPECT_TRUE(shown.states[5] & MF_GRAYED);  // "CaseChange (None)"
+  EXPECT_FALSE(shown.states[1] & MF_GRAYED);
 }
 
-TEST(AlphaImage, IconResourcesHoldTheDrawnImages) {
+// Small images are bitmaps that the program reads itself (for its menus, the notice and the
+// About window); larger ones are PNG, which the program draws instead and the system loads.
+TEST(IconResources, HoldTheDrawnImages) {
   // Found in the test program's own folder first.
   UniqueModule module(LoadLibraryExW(L"marquill.exe", nullptr,
                                      LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE));
   ASSERT_TRUE(module) << "marquill.exe is built beside the test program";
   HMODULE exe = module.Get();
-  struct Case {
-    int id;
-    art::Art art;
-    bool classic;
-  };
-  const Case cases[] = {{101, art::Art::ClipEnabled, false}, {102, art::Art::ClipDisabled, false},
-                        {103, art::Art::ClipEnabled, true},  {104, art::Art::ClipDisabled, true},
-                        {105, art::Art::ClipList, false},    {201, art::Art::ClipEnabled, false},
-                        {202, art::Art::ClipDisabled, false}, {203, art::Art::Settings, false},
-                        {204, art::Art::About, false},       {205, art::Art::Exit, false},
-                        {206, art::Art::ClipList, false},    {207, art::Art::Help, false}};
-  for (const Case& c : cases) {
-    for (int size : {16, 24, 32, 48}) {
-      SCOPED_TRACE(testing::Message() << "icon " << c.id << " size " << size);
+  // (The pre-XP tray icons are the system's alone to load, and bitmaps the unit tests read.)
+  const std::pair<int, art::Art> cases[] = {
+      {101, art::Art::ClipEnabled}, {102, art::Art::ClipDisabled}, {105, art::Art::ClipList},
+      {201, art::Art::ClipEnabled}, {202, art::Art::ClipDisabled}, {203, art::Art::Settings},
+      {204, art::Art::About},       {205, art::Art::Exit},         {206, art::Art::ClipList},
+      {207, art::Art::Help}};
+  for (const auto& [id, drawing] : cases) {
+    for (int size : {16, 24, 32, 48, 64}) {
+      SCOPED_TRACE(testing::Message() << "icon " << id << " size " << size);
       art::Image image;
-      art::Image drawn = art::Render(c.art, size);
-      if (!c.classic && size >= (c.id < art::kMenuImageFirst ? art::kIconPngFrom : art::kMenuPngFrom)) {
-        // A PNG entry is not read: the same art is drawn instead.
-        EXPECT_FALSE(ReadIconResource(exe, c.id, size, image));
-        EXPECT_TRUE(IconResourceImage(exe, c.id, size, c.art).rgba == drawn.rgba);
+      const art::Image drawn = art::Render(drawing, size);
+      if (size >= (id < art::kMenuImageFirst ? art::kIconPngFrom : art::kMenuPngFrom)) {
+        EXPECT_FALSE(ReadIconResource(exe, id, size, image));
+        EXPECT_TRUE(IconResourceImage(exe, id, size, drawing).rgba == drawn.rgba);
+        // The system's own loader takes it (its pixels are the unit tests' to compare).
+        HICON icon = static_cast<HICON>(
+            LoadImageW(exe, MAKEINTRESOURCEW(id), IMAGE_ICON, size, size, LR_DEFAULTCOLOR));
+        EXPECT_NE(icon, nullptr);
+        if (icon) DestroyIcon(icon);
         continue;
       }
-      ASSERT_TRUE(ReadIconResource(exe, c.id, size, image));
-      if (c.classic) {
-        // 24-bit with a mask: colour where shown, and only fully shown or hidden pixels.
-        drawn = art::Binarize(drawn);
-        for (size_t i = 0; i < drawn.rgba.size(); i += 4)
-          if (!drawn.rgba[i + 3]) drawn.rgba[i] = drawn.rgba[i + 1] = drawn.rgba[i + 2] = 0;
-      }
+      ASSERT_TRUE(ReadIconResource(exe, id, size, image));
       EXPECT_TRUE(image.rgba == drawn.rgba);
     }
   }
@@ -265,15 +235,12 @@ TEST(FlashWindow, EllipticTopmostNoticeThatTakesNoFocus) {
   EXPECT_EQ(GetForegroundWindow(), before);
 
   // The region is the ellipse inscribed in the window's rectangle.
-  RECT rc, box;
+  RECT rc;
   GetWindowRect(hwnd, &rc);
   const int w = rc.right - rc.left, h = rc.bottom - rc.top;
   EXPECT_GT(w, h);
   UniqueRegion region(CreateRectRgn(0, 0, 0, 0));
   ASSERT_NE(GetWindowRgn(hwnd, region.Get()), ERROR);
-  GetRgnBox(region.Get(), &box);
-  EXPECT_TRUE(std::abs(box.left) <= 1 && std::abs(box.top) <= 1 && std::abs(box.right - w) <= 1 &&
-              std::abs(box.bottom - h) <= 1);
   // Inside: the centre, the middles of the edges, and just inside the ellipse on a diagonal
   // (x²/a² + y²/b² = 1 at 0.707); outside: the corners and just outside on the diagonal.
   const double a = w / 2.0, b = h / 2.0;
@@ -299,12 +266,6 @@ TEST(FlashWindow, SecondNoticeReusesTheWindowAndKeepsTheFirstTimer) {
   ASSERT_TRUE(PumpUntil([&] { return !flash.IsLoaded(); }, 20000));
   // A restarted timer could not fire before a whole lifetime after the second notice.
   EXPECT_LT(GetTickCount() - second, lifetime - 300);
-
-  // The next notice loads a fresh window with a timer of its own.
-  flash.Show(FlashModel{{false, true}, u"", false});
-  EXPECT_TRUE(flash.IsLoaded());
-  flash.Unload();
-  EXPECT_FALSE(flash.IsLoaded());
 }
 
 }  // namespace
