@@ -1,9 +1,9 @@
 // The list files' Windows adapters: the Win32 file system (atomic replace, error texts) and
-// the system code page (round trip, loss); saving a list onto a full disk, where the user sees
-// the system's description of the failure, an existing list keeps every byte, and nothing
-// partial is left. The disk is a small tmpfs that scripts/test mounts
-// (tests/windows/full_disk.sh) and names in MARQUILL_FULL_DISK; without one that test reports
-// itself skipped.
+// the system code page (round trip, loss); saving a list onto a full disk or into a read-only
+// folder, where the user sees the system's description of the failure, an existing list keeps
+// every byte, and nothing partial is left. Both are small tmpfs mounts that scripts/test makes
+// (tests/windows/full_disk.sh) and names in MARQUILL_FULL_DISK and MARQUILL_READ_ONLY_FOLDER;
+// without them those tests report themselves skipped.
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -81,6 +81,16 @@ TEST(SystemCodePage, RoundTripAndLoss) {
   }
 }
 
+// Saving and loading lists through the real file system and code page.
+struct ListFiles {
+  ListModel rows;
+  ClipStore store{rows};
+  RichEditBox box;
+  SystemCodePage codePage;
+  Win32FileSystem files;
+  ListContext context{store, box, codePage, files};
+};
+
 TEST(FullDiskSave, FailsWithTheSystemsMessageAndLosesNothing) {
   const char* mounted = std::getenv("MARQUILL_FULL_DISK");
   if (!mounted || !*mounted) GTEST_SKIP() << "no small disk mounted (MARQUILL_FULL_DISK)";
@@ -88,12 +98,8 @@ TEST(FullDiskSave, FailsWithTheSystemsMessageAndLosesNothing) {
   ScratchFolder dir((std::filesystem::path(L"Z:") / mounted).make_preferred());
   const Text existing = dir.File(u"kept.mql"), fresh = dir.File(u"new.mql"), filler = dir.File(u"filler");
 
-  ListModel rows;
-  ClipStore store(rows);
-  RichEditBox box;
-  SystemCodePage codePage;
-  Win32FileSystem files;
-  ListContext context{store, box, codePage, files};
+  ListFiles list;
+  auto [store, files, context] = std::tie(list.store, list.files, list.context);
   store.Append(ClipEntry::Plain(u"a list that is already there"), u"a list that is already there");
   ASSERT_TRUE(FileOperations::SaveListFile(context, existing, false, u"").ok);
   Bytes before;
@@ -136,6 +142,38 @@ TEST(FullDiskSave, FailsWithTheSystemsMessageAndLosesNothing) {
   // Once there is room again the same save goes through.
   ASSERT_TRUE(DeleteFileW(W(filler)));
   EXPECT_TRUE(FileOperations::SaveListFile(context, existing, false, u"").ok);
+}
+
+TEST(ReadOnlyFolderSave, FailsWithTheSystemsMessageAndLosesNothing) {
+  const char* mounted = std::getenv("MARQUILL_READ_ONLY_FOLDER");
+  if (!mounted || !*mounted) GTEST_SKIP() << "no read-only folder mounted (MARQUILL_READ_ONLY_FOLDER)";
+  const std::filesystem::path folder = (std::filesystem::path(L"Z:") / mounted).make_preferred();
+  const auto listing = [&] {
+    std::vector<std::wstring> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
+      names.push_back(entry.path().filename().wstring());
+    return names;
+  };
+  const Text existing = FromW((folder / L"kept.mql").wstring());
+  ListFiles list;
+  list.store.Append(ClipEntry::Plain(u"a new list"), u"a new list");
+  Bytes before;
+  Text error;
+  ASSERT_TRUE(list.files.ReadAll(existing, before, error)) << ToUtf8(error);
+  const auto names = listing();
+
+  // Windows refuses a folder the user may not write to; a read-only volume says so instead.
+  const Text denied = SystemErrorText(ERROR_ACCESS_DENIED), protectedMedia = SystemErrorText(ERROR_WRITE_PROTECT);
+  for (const Text& target : {existing, FromW((folder / L"new.mql").wstring())}) {
+    SCOPED_TRACE(target == existing ? "over an existing list" : "as a new list");
+    const FileOperations::SaveResult result = FileOperations::SaveListFile(list.context, target, false, u"");
+    EXPECT_FALSE(result.ok);
+    EXPECT_TRUE(result.error == denied || result.error == protectedMedia) << ToUtf8(result.error);
+    Bytes after;
+    ASSERT_TRUE(list.files.ReadAll(existing, after, error));
+    EXPECT_EQ(after, before) << "the existing list changed";
+    EXPECT_EQ(listing(), names) << "a partial file was left behind";
+  }
 }
 
 }  // namespace
