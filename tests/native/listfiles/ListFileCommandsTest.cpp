@@ -53,18 +53,16 @@ class FakeWindows : public ListFileHost, public LoadModePopup, public FileDialog
   std::deque<FileChoice> choices;
 };
 
-// The password dialog's boxes; closing wipes them, as the real window does.
+// The password dialog's boxes.
 class FakePasswordView : public PasswordView {
  public:
-  FakePasswordView(frmPass& form, Strs& log) : form_(form), log_(log) {}
+  FakePasswordView(frmPass& form, Strs& log) : form_(form), log_(log) { form.SetView(this); }
   void Show(bool confirmation) override { log_.push_back(confirmation ? "password twice" : "password"); }
   Text BoxText(int index) override { return box[index]; }
   void ClearBox(int index) override { box[index].clear(); }
   void FocusBox(int index) override { focus = index; }
   void Unload() override {
     log_.push_back("password closed");
-    box[0].clear();
-    box[1].clear();
     form_.Form_Unload();
   }
   // Types into a box and presses Enter there.
@@ -97,15 +95,8 @@ class ListFileCommandsTest : public ::testing::Test {
   FakePasswordView passView{pass, windows.log};
   ListFileCommands commands{{list, settings, messages, windows, windows, windows, pass, Text(kFolder)}};
 
-  void SetUp() override { pass.SetView(&passView); }
-
   void Add(std::initializer_list<const char*> texts) {
     for (const char* t : texts) store.Append(ClipEntry::Plain(FromUtf8(t)), FromUtf8(t));
-  }
-  Strs Queue() const {
-    Strs out;
-    for (const auto& row : rows.Rows()) out.push_back(ToUtf8(store.Entry(row.itemData).text));
-    return out;
   }
   // Writes a plain or protected list of these texts to path, leaving the store alone.
   void WriteList(TextView path, std::vector<const char*> texts, TextView password = u"") {
@@ -188,13 +179,18 @@ TEST_F(ListFileCommandsTest, SaveDialogAndPlainSave) {
   EXPECT_EQ(disk.files[saved].substr(0, 4), "M2L\r");
   EXPECT_EQ(port.Get(key::Cur_FF_S.name), "3");
   EXPECT_EQ(port.Get(key::Cur_FN_S.name), ToUtf8(saved));
+  // A failed write: the system's description, and the file as it was.
+  const Bytes before = disk.files[saved];
+  disk.failWritesWith = u"Access is denied.";
+  windows.Choose(saved, 1);
   commands.cmdFile_Click(0);  // opens where the last file went
+  EXPECT_EQ(disk.files[saved], before);
+  EXPECT_EQ(messages.Log(), Strs{"- Marquill: Error: Access is denied."});
   // Saving asks no password and leaves the pin alone.
   EXPECT_EQ(windows.log,
             (Strs{"save \"Save Marquill File\" 1 ask C:\\Program Files\\Marquill []",
                   "save \"Save Marquill File\" 1 ask C:\\Program Files\\Marquill []",
                   "save \"Save Marquill File\" 3 ask C:\\Users\\\u0416\u00E9 \u6587 [notes.txt.mql]"}));
-  EXPECT_TRUE(messages.shown.empty());
 }
 
 TEST_F(ListFileCommandsTest, ProtectedSaveAsksForThePasswordTwice) {
@@ -215,37 +211,26 @@ TEST_F(ListFileCommandsTest, ProtectedSaveAsksForThePasswordTwice) {
     passView.box[1] = u"pw";
     pass.Form_KeyPress(frmPass::Key::Enter);  // Enter that reached the form: OK
     EXPECT_FALSE(pass.Loaded());
-    EXPECT_EQ(passView.box[0], u"");
     std::vector<ClipEntry> back;
     EXPECT_TRUE(FileOperations::DecodeListFile(disk.files[Text(expected)], cp, true, u"pw", back));
     EXPECT_EQ(back, std::vector<ClipEntry>{ClipEntry::Plain(u"secret")});
   }
   const std::string mismatch = "! Error: Password mismatch: Passwords do not match";
   EXPECT_EQ(passMessages.Log(), (Strs{mismatch, mismatch}));
+  // A failed write is reported once the dialog has closed.
+  disk.failWritesWith = u"Access is denied.";
+  windows.Choose(u"C:\\notes.mqp", 2);
+  commands.cmdFile_Click(0);
+  passView.Enter(0, u"pw");
+  passView.Enter(1, u"pw");
+  EXPECT_FALSE(pass.Loaded());
+  EXPECT_EQ(messages.Log(), Strs{"- Marquill: Error: Access is denied."});
   // Saving leaves the pin alone.
   EXPECT_EQ(windows.log, (Strs{"save \"Save Marquill File\" 1 ask C:\\Program Files\\Marquill []",
                                "password twice", "password closed",
                                "save \"Save Marquill File\" 2 ask C: [notes.mqp]", "password twice",
-                               "password closed"}));
-}
-
-TEST_F(ListFileCommandsTest, FailedSaveReportsTheSystemsDescription) {
-  Add({"keep"});
-  disk.files[u"C:\\ro\\old.mql"] = "previous bytes";
-  disk.failWritesWith = u"Access is denied.";
-  windows.Choose(u"C:\\ro\\old.mql", 1);
-  commands.cmdFile_Click(0);
-  // The same message for a protected save, after the password dialog closed.
-  windows.Choose(u"C:\\ro\\new.mqp", 2);
-  commands.cmdFile_Click(0);
-  passView.box[1] = u"pw";
-  passView.Enter(0, u"pw");
-  pass.cmdOp_Click(0);
-  EXPECT_FALSE(pass.Loaded());
-  EXPECT_EQ(messages.Log(), (Strs{"- Marquill: Error: Access is denied.",
-                                  "- Marquill: Error: Access is denied."}));
-  EXPECT_EQ(disk.files[u"C:\\ro\\old.mql"], "previous bytes");
-  EXPECT_EQ(Queue(), Strs{"keep"});
+                               "password closed", "save \"Save Marquill File\" 1 ask C: [LIST.MqP]",
+                               "password twice", "password closed"}));
 }
 
 TEST_F(ListFileCommandsTest, LoadButtonPopupAndPin) {
@@ -262,7 +247,7 @@ TEST_F(ListFileCommandsTest, LoadButtonPopupAndPin) {
   commands.cmdFile_Click(1);
   windows.Choose(u"C:\\l\\new.mql", 1);
   commands.cmdOpen_Click(1);
-  EXPECT_EQ(Queue(), (Strs{"n1", "n2", "a", "b", "c"}));
+  EXPECT_EQ(test::RowTexts(rows), (Strs{"\tn1", "\tn2", "\ta", "\tb", "\tc"}));
   commands.cmdFile_Click(1);
   commands.cmdOpen_Click(3);  // Cancel
   const std::string open = "open \"Load Marquill File\" 3 C:\\Program Files\\Marquill []";
@@ -285,7 +270,7 @@ TEST_F(ListFileCommandsTest, LoadPathSearchPasswordAndRefusals) {
   WriteList(u"C:\\l\\notes.mql", {"plain"});
   windows.Choose(u"C:\\l\\notes", 4);
   commands.ShowLoad(LoadMode::OpenAsNew);
-  EXPECT_EQ(Queue(), Strs{"plain"});
+  EXPECT_EQ(test::RowTexts(rows), Strs{"\tplain"});
   EXPECT_EQ(port.Get(key::Cur_FN_O.name), "C:\\l\\notes.mql");
   EXPECT_EQ(port.Get(key::Cur_FF_O.name), "4");
   // With both, the protected one is taken; a wrong password asks again.
@@ -299,7 +284,7 @@ TEST_F(ListFileCommandsTest, LoadPathSearchPasswordAndRefusals) {
   EXPECT_TRUE(pass.Loaded());
   EXPECT_EQ(passView.box[0], u"");
   passView.Enter(0, u"pw");
-  EXPECT_EQ(Queue(), (Strs{"plain", "hidden"}));
+  EXPECT_EQ(test::RowTexts(rows), (Strs{"\tplain", "\thidden"}));
   // The pin comes back while the password dialog is open.
   EXPECT_EQ(windows.log, (Strs{"open \"Load Marquill File\" 4 C:\\l [notes.mql]", "password", "top",
                                "password closed"}));
@@ -324,7 +309,7 @@ TEST_F(ListFileCommandsTest, LoadPathSearchPasswordAndRefusals) {
       "x Error: Wrong file format: Either the file was not created by Marquill or the file has "
       "become corrupted.";
   EXPECT_EQ(messages.Log(), (Strs{"i Error: File not found: File does not exist.", wrong, wrong}));
-  EXPECT_EQ(Queue(), (Strs{"plain", "hidden"}));
+  EXPECT_EQ(test::RowTexts(rows), (Strs{"\tplain", "\thidden"}));
   EXPECT_EQ(port.Get(key::Cur_FN_O.name), "C:\\l\\tiny.mql") << "not the missing file";
 
   // Neither command leaves scratch files behind.
