@@ -112,11 +112,9 @@ TEST(FileDialogSettings, FilterIndexReadAndRepaired) {
     int save, load;      // the index each dialog uses
     const char* saveAfter;
     const char* loadAfter;  // the stored value afterwards
-  } cases[] = {{nullptr, 1, 3, "1", "3"}, {"1", 1, 1, "1", "1"},       {"2", 2, 2, "2", "2"},
-               {"3", 3, 3, "3", "3"},     {"4", 1, 4, "1", "4"},       {" 2 ", 2, 2, " 2 ", " 2 "},
-               {"2.0", 2, 2, "2.0", "2.0"}, {"0", 1, 3, "1", "3"},     {"-1", 1, 3, "1", "3"},
-               {"5", 1, 3, "1", "3"},     {"2.5", 1, 3, "1", "3"},     {"abc", 1, 3, "1", "3"},
-               {"&H2", 1, 3, "1", "3"}};
+  } cases[] = {{nullptr, 1, 3, "1", "3"}, {"1", 1, 1, "1", "1"},   {" 2 ", 2, 2, " 2 ", " 2 "},
+               {"3", 3, 3, "3", "3"},     {"4", 1, 4, "1", "4"},   {"5", 1, 3, "1", "3"},
+               {"2.5", 1, 3, "1", "3"},   {"2x", 1, 3, "1", "3"}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.stored ? c.stored : "<absent>");
     test::FakeSettings port;
