@@ -66,7 +66,8 @@ TEST_F(ListFiles, SavedRecordsAndRoundTrip) {
   ASSERT_TRUE(FileOperations::SaveListFile(context, kPath, false, u"").ok);
   Bytes resource;
   EVBResource res;
-  ASSERT_TRUE(clsHuffman::Decode(files.files[Text(kPath)], resource) && res.loadFromBytes(resource));
+  ASSERT_TRUE(clsHuffman::Decode(files.files[Text(kPath)], resource));
+  ASSERT_TRUE(res.loadFromBytes(resource));
   Strs records;
   for (const auto& s : res.strings()) records.push_back(s.id + "=" + s.data);
   EXPECT_EQ(records, (Strs{"0001=caf\xE9 \x80", "001-16639={\\rtf1 \\b Bold\\b0  words}",
@@ -198,10 +199,12 @@ TEST_F(ListFiles, MarksComeFromTheFirstBytesAndAHugeFileIsNeverRead) {
   files.claimedLengths[u"film.mp4"] = 4ull << 30;
   files.files[u"huge.mql"] = "M2L\r";
   files.claimedLengths[u"huge.mql"] = FileOperations::kMaxListFileBytes + 1;
-  for (auto [name, bytes] : {std::pair{u"p", "M2P\rrest"}, {u"short", "M2"}, {u"lower", "m2l\r"}, {u"empty", ""}})
+  for (auto [name, bytes] :
+       {std::pair{u"p", "M2P\rrest"}, {u"short", "M2"}, {u"lower", "m2l\r"}, {u"empty", ""}})
     files.files[name] = bytes;
-  for (auto [name, magic] : {std::pair{u"film.mp4", "xxxx"}, {u"huge.mql", "M2L\r"}, {u"p", "M2P\r"},
-                             {u"short", "M2xx"}, {u"lower", "x2x\r"}, {u"empty", "xxxx"}, {u"missing", ""}}) {
+  for (auto [name, magic] :
+       {std::pair{u"film.mp4", "xxxx"}, {u"huge.mql", "M2L\r"}, {u"p", "M2P\r"}, {u"short", "M2xx"},
+        {u"lower", "x2x\r"}, {u"empty", "xxxx"}, {u"missing", ""}}) {
     EXPECT_EQ(ToUtf8(FileOperations::ReadFileMagic(files, name)), magic);
     EXPECT_EQ(FileOperations::FileExists(files, name), *magic != '\0') << ToUtf8(name);
   }

@@ -57,7 +57,7 @@ class FakeWindows : public ListFileHost, public LoadModePopup, public FileDialog
 class FakePasswordView : public PasswordView {
  public:
   FakePasswordView(frmPass& form, Strs& log) : form_(form), log_(log) { form.SetView(this); }
-  void Show(bool confirmation) override { log_.push_back(confirmation ? "password twice" : "password"); }
+  void Show(bool twice) override { log_.push_back(twice ? "password twice" : "password"); }
   Text BoxText(int index) override { return box[index]; }
   void ClearBox(int index) override { box[index].clear(); }
   void FocusBox(int index) override { focus = index; }
@@ -93,7 +93,8 @@ class ListFileCommandsTest : public ::testing::Test {
   FakeWindows windows;
   frmPass pass{passMessages};
   FakePasswordView passView{pass, windows.log};
-  ListFileCommands commands{{list, settings, messages, windows, windows, windows, pass, Text(kFolder)}};
+  ListFileCommands commands{
+      {list, settings, messages, windows, windows, windows, pass, Text(kFolder)}};
 
   void Add(std::initializer_list<const char*> texts) {
     for (const char* t : texts) store.Append(ClipEntry::Plain(FromUtf8(t)), FromUtf8(t));
@@ -102,7 +103,8 @@ class ListFileCommandsTest : public ::testing::Test {
   void WriteList(TextView path, std::vector<const char*> texts, TextView password = u"") {
     std::vector<ClipEntry> entries;
     for (const char* t : texts) entries.push_back(ClipEntry::Plain(FromUtf8(t)));
-    disk.files[Text(path)] = FileOperations::EncodeListFile(entries, cp, !password.empty(), password);
+    disk.files[Text(path)] =
+        FileOperations::EncodeListFile(entries, cp, !password.empty(), password);
   }
 };
 
@@ -188,13 +190,14 @@ TEST_F(ListFileCommandsTest, SaveDialogAndPlainSave) {
   EXPECT_EQ(windows.log,
             (Strs{"save \"Save Marquill File\" 1 ask C:\\Program Files\\Marquill []",
                   "save \"Save Marquill File\" 1 ask C:\\Program Files\\Marquill []",
-                  "save \"Save Marquill File\" 3 ask C:\\Users\\\u0416\u00E9 \u6587 [notes.txt.mql]"}));
+                  "save \"Save Marquill File\" 3 ask C:\\Users\\\u0416\u00E9 \u6587 "
+                  "[notes.txt.mql]"}));
 }
 
 TEST_F(ListFileCommandsTest, ProtectedSaveAsksForThePasswordTwice) {
   Add({"secret"});
-  for (auto [typed, filter, expected] :
-       {std::tuple{u"C:\\notes", 2, u"C:\\notes.mqp"}, std::tuple{u"C:\\LIST.MqP", 1, u"C:\\LIST.MqP"}}) {
+  for (auto [typed, filter, expected] : {std::tuple{u"C:\\notes", 2, u"C:\\notes.mqp"},
+                                         std::tuple{u"C:\\LIST.MqP", 1, u"C:\\LIST.MqP"}}) {
     windows.Choose(typed, filter);
     commands.cmdFile_Click(0);
     EXPECT_EQ(commands.PendingPath(), expected);
