@@ -132,30 +132,20 @@ TEST(FileDialogSettings, FilterIndexReadAndRepaired) {
   }
 }
 
-TEST(FileDialogSettings, InitialFolderNameExtensionsAndPopupPlacement) {
+TEST(FileDialogSettings, InitialFolderExtensionAndPopupPlacement) {
   using namespace ListFileRules;
   test::MemoryDisk disk;
-  for (const char16_t* file : {u"D:\\My Lists\\\u00E9t\u00E9 notes.mql", u"x", u"C:\\a.mql\\a.mql"})
-    disk.files[file] = "M2L\r";
-  // The last file's folder and name while it exists (the folder ends where the name first
-  // occurs); else, as for the load dialog's "x" or nothing, the program's folder.
-  const std::pair<const char16_t*, const char16_t*> where[] = {
-      {u"D:\\My Lists\\\u00E9t\u00E9 notes.mql", u"D:\\My Lists|\u00E9t\u00E9 notes.mql"},
-      {u"C:\\a.mql\\a.mql", u"C:|a.mql"},
-      {u"D:\\My Lists\\gone.mql", u"C:\\Program Files\\Marquill|"},
-      {u"x", u"C:\\Program Files\\Marquill|"},
-      {u"", u"C:\\Program Files\\Marquill|"}};
-  for (auto [last, expected] : where) {
+  disk.files[u"x"] = disk.files[u"C:\\a.mql\\a.mql"] = "M2L\r";
+  // The folder ends where the name first occurs; a last file without a folder, or one that
+  // is gone, opens the program's folder. (The commands' tests show the usual cases.)
+  for (auto [last, expected] : {std::pair{u"C:\\a.mql\\a.mql", u"C:|a.mql"},
+                                {u"x", u"C:\\Program Files\\Marquill|"},
+                                {u"D:\\gone.mql", u"C:\\Program Files\\Marquill|"}}) {
     auto at = InitialLocationFor(disk, last, kFolder);
     EXPECT_EQ(at.folder + u"|" + at.fileName, expected);
   }
-
-  EXPECT_EQ(WithListExtension(u"C:\\notes", 2), u"C:\\notes.mqp");
-  EXPECT_EQ(WithListExtension(u"C:\\notes.txt", 3), u"C:\\notes.txt.mql");
+  // A list's extension in any case is kept, whatever the filter.
   EXPECT_EQ(WithListExtension(u"C:\\list.mQl", 2), u"C:\\list.mQl");
-  EXPECT_TRUE(IsProtectedName(u"C:\\LIST.MqP"));
-  EXPECT_FALSE(IsProtectedName(u"C:\\notes.txt.mql"));
-
   const ScreenRect screen{0, 0, 1280, 800};
   EXPECT_EQ(PlacePopup({100, 200, 124, 224}, 113, 98, screen), (Point{100, 224}));
   EXPECT_EQ(PlacePopup({1250, 200, 1274, 224}, 113, 98, screen), (Point{1167, 224}));
