@@ -121,7 +121,6 @@ TEST(Huffman, RefusesDamagedContainers) {
   std::vector<std::pair<const char*, Bytes>> bad = {
       {"length 0", Patched(good, 5, Le(0, 4))},
       {"negative length", Patched(good, 5, Le(0x80000000, 4))},
-      {"data ends before the length", Patched(good, 5, Le(40, 4))},
       {"checksum", Patched(good, 4, "A")},
       {"code length 0", Patched(good, 12, Bytes(1, '\0'))},
       {"no values", Patched(good, 9, Le(0, 2))},
@@ -134,13 +133,10 @@ TEST(Huffman, RefusesDamagedContainers) {
       {"path to a missing child", Craft({{'A', "0"}, {'B', "10"}}, {'A', 'B', 'A', 'A'}, "010110")},
       {"more than 511 nodes",
        Craft({{1, std::string(255, '0')}, {2, "01"}, {3, std::string(255, '1')}}, {1, 2, 3})},
-      {"code bits past the end",
-       Craft({{'A', std::string(200, '0')}, {'B', "1"}}, {'B'}).substr(0, 11 + 4 + 10)},
       {"a long code past the end", Craft(longB, thirteenAsAndB, "0000000000000" "11111111111")},
-      {"three bytes", "M2U"},
   };
   for (Bytes mark : {"M2l\r", "M2X\r", "M2L\n"}) bad.push_back({"mark", mark + good.substr(4)});
-  // Every truncation of a real container.
+  // Every truncation of a real container: its header, table, code bits and data cut short.
   Bytes real = clsHuffman::Encode("the quick brown fox jumps over the lazy dog, twice over.");
   for (size_t cut = 0; cut < real.size(); ++cut) bad.push_back({"truncated", real.substr(0, cut)});
 
