@@ -40,8 +40,7 @@ TEST(ListGeometry, ResizeKeepsTheMinimumAndTheRightSideDistance) {
   layout.window.width = 100;  // below the minimum: raised back
   layout.window.height = 3000;
   layout.Resized(false);
-  EXPECT_EQ(layout.window.width, 3735);
-  EXPECT_EQ(layout.window.height, 3255);
+  EXPECT_EQ(layout.window, (Rect{0, 0, 3735, 3255}));
   EXPECT_EQ(layout[Ctl::lstClip].rect, (Rect{120, 120, 2415, 3015}));
 
   layout.window.width = 9000;  // minimized: nothing happens
