@@ -5,18 +5,48 @@
 #include <algorithm>
 #include <random>
 
-#include "listfiles/ReferenceHuffman.h"
-
 namespace mq {
 namespace {
-
-using test::ContainerRecipe;
-using test::WriteContainer;
 
 Bytes Hex(std::initializer_list<int> bytes) {
   Bytes out;
   for (int b : bytes) out.push_back(static_cast<char>(b));
   return out;
+}
+// The low size bytes of value, least significant first.
+Bytes Le(uint32_t value, int size) {
+  Bytes out;
+  for (int k = 0; k < size; ++k) out.push_back(static_cast<char>(value >> (8 * k)));
+  return out;
+}
+
+using Codes = std::vector<std::pair<int, std::string>>;  // value, code ("0110": root bit first)
+
+// An "M2L" container with these codes in table order, holding these values; dataBits, when
+// given, replaces their coded bits.
+Bytes Craft(const Codes& codes, const std::vector<int>& values, std::string dataBits = "") {
+  auto pack = [](const std::string& bits) {
+    Bytes bytes((bits.size() + 7) / 8, '\0');
+    for (size_t i = 0; i < bits.size(); ++i)
+      bytes[i / 8] |= static_cast<char>((bits[i] - '0') << (i % 8));
+    return bytes;
+  };
+  uint8_t checksum = 0;
+  Bytes table, codeBits;
+  for (const auto& [value, code] : codes) {
+    table += {static_cast<char>(value), static_cast<char>(code.size())};
+    codeBits += code;
+  }
+  for (int v : values) checksum ^= static_cast<uint8_t>(v);
+  if (dataBits.empty())
+    for (int v : values)
+      for (const auto& [value, code] : codes)
+        if (value == v) dataBits += code;
+  return "M2L\r" + Bytes(1, static_cast<char>(checksum)) + Le(uint32_t(values.size()), 4) +
+         Le(uint32_t(codes.size()), 2) + table + pack(codeBits) + pack(dataBits);
+}
+Bytes Patched(Bytes container, size_t at, const Bytes& with) {
+  return container.replace(at, with.size(), with);
 }
 
 TEST(Huffman, GoldenContainersAndTieBreaks) {
@@ -37,21 +67,12 @@ TEST(Huffman, GoldenContainersAndTieBreaks) {
       {"AAAAABBBC", Hex({'M', '2', 'L', 13, 0x40, 9, 0, 0, 0, 3, 0, 0x41, 1, 0x42, 2, 0x43, 2,
                          0x0E, 0xE0, 0x0F})},
   };
-  for (const auto& [input, container] : cases) EXPECT_EQ(clsHuffman::Encode(input), container) << input;
+  for (const auto& [input, container] : cases)
+    EXPECT_EQ(clsHuffman::Encode(input), container) << input;
 }
 
-// Round trips of arbitrary data are the fuzzer's; here every byte value, in place.
-TEST(Huffman, EveryByteValueInPlace) {
-  Bytes all;
-  for (int v = 0; v < 256; ++v) all.append(static_cast<size_t>(v + 1), static_cast<char>(v));
-  Bytes inPlace = all;
-  clsHuffman::EncodeByte(inPlace);
-  EXPECT_EQ(inPlace.substr(0, 3), "M2L");
-  EXPECT_TRUE(clsHuffman::DecodeByte(inPlace));
-  EXPECT_EQ(inPlace, all);
-}
-
-TEST(Huffman, DeepTreesUseLongCodesExactly) {
+// Round trips of arbitrary data are the fuzzer's; here the deepest trees and every value.
+TEST(Huffman, LongCodesAndEveryByteValue) {
   // Fibonacci counts give the deepest tree for their total: codes well past the lookup
   // table's width.
   Bytes data;
@@ -63,71 +84,59 @@ TEST(Huffman, DeepTreesUseLongCodesExactly) {
     b = next;
   }
   std::shuffle(data.begin(), data.end(), std::mt19937(7));
-  const Bytes container = clsHuffman::Encode(data);
+  Bytes all;  // 256 values: the value count needs both of its bytes
+  for (int v = 0; v < 256; ++v) all.append(static_cast<size_t>(v + 1), static_cast<char>(v));
+  for (const Bytes& input : {data, all}) {
+    const Bytes container = clsHuffman::Encode(input);
+    Bytes decoded;
+    ASSERT_TRUE(clsHuffman::Decode(container, decoded));
+    EXPECT_EQ(decoded, input);
+  }
   int longest = 0;
+  const Bytes container = clsHuffman::Encode(data);
   for (size_t k = 0; k < 26; ++k) longest = std::max(longest, int(uint8_t(container[12 + 2 * k])));
   EXPECT_GE(longest, 24);
-  Bytes decoded;
-  ASSERT_TRUE(clsHuffman::Decode(container, decoded));
-  EXPECT_EQ(decoded, data);
 
   // Crafted: a comb of codes 1..255 bits long, 256 values and exactly 511 nodes.
-  ContainerRecipe comb;
-  for (int v = 0; v < 255; ++v) comb.codes.push_back({v, std::string(v, '1') + "0"});
-  comb.codes.push_back({255, std::string(255, '1')});
-  comb.symbols = {255, 0, 254, 128, 1, 255, 3, 200, 0, 0, 17};
-  for (int k = 0; k < 300; ++k) comb.symbols.push_back((k * 37) % 256);
-  ASSERT_TRUE(clsHuffman::Decode(WriteContainer(comb), decoded));
-  ASSERT_EQ(decoded.size(), comb.symbols.size());
-  for (size_t k = 0; k < decoded.size(); ++k)
-    ASSERT_EQ(uint8_t(decoded[k]), comb.symbols[k]) << k;
+  Codes comb;
+  for (int v = 0; v < 255; ++v) comb.push_back({v, std::string(v, '1') + "0"});
+  comb.push_back({255, std::string(255, '1')});
+  std::vector<int> values = {255, 0, 254, 128, 1, 255, 3, 200, 0, 0, 17};
+  for (int k = 0; k < 300; ++k) values.push_back((k * 37) % 256);
+  Bytes decoded;
+  ASSERT_TRUE(clsHuffman::Decode(Craft(comb, values), decoded));
+  EXPECT_EQ(decoded, Bytes(values.begin(), values.end()));
 }
 
 TEST(Huffman, RefusesDamagedContainers) {
-  ContainerRecipe good;
-  good.codes = {{'A', "0"}, {'B', "10"}, {'C', "11"}};
-  good.symbols = {'A', 'B', 'C', 'A'};
+  const Bytes good = Craft({{'A', "0"}, {'B', "10"}, {'C', "11"}}, {'A', 'B', 'C', 'A'});
   Bytes out = "untouched";
-  ASSERT_TRUE(clsHuffman::Decode(WriteContainer(good), out));
+  ASSERT_TRUE(clsHuffman::Decode(good, out));
   EXPECT_EQ(out, "ABCA");
 
-  std::vector<std::pair<const char*, Bytes>> bad;
-  auto with = [&](const char* what, auto change) {
-    ContainerRecipe s = good;
-    change(s);
-    bad.push_back({what, WriteContainer(s)});
+  // A long code (past the lookup table) whose last bit would lie beyond the data.
+  const Codes longB = {{'A', "0"}, {'B', std::string(11, '1') + "0"}, {'C', std::string(12, '1')}};
+  std::vector<int> thirteenAsAndB(13, 'A');
+  thirteenAsAndB.push_back('B');
+  std::vector<std::pair<const char*, Bytes>> bad = {
+      {"length 0", Patched(good, 5, Le(0, 4))},
+      {"negative length", Patched(good, 5, Le(0x80000000, 4))},
+      {"checksum", Patched(good, 4, "A")},
+      {"code length 0", Patched(good, 12, Bytes(1, '\0'))},
+      {"no values", Patched(good, 9, Le(0, 2))},
+      {"257 values", Patched(good, 9, Le(257, 2))},
+      {"value count past the end", Patched(good, 9, Le(200, 2))},
+      {"values out of order", Craft({{'B', "0"}, {'A', "10"}, {'C', "11"}}, {'A'})},
+      {"not a prefix code", Craft({{'A', "0"}, {'B', "01"}}, {'A'})},
+      {"a prefix of an earlier code", Craft({{'A', "01"}, {'B', "0"}, {'C', "1"}}, {'B'})},
+      {"the same code twice", Craft({{'A', "0"}, {'B', "0"}}, {'A'})},
+      {"path to a missing child", Craft({{'A', "0"}, {'B', "10"}}, {'A', 'B', 'A', 'A'}, "010110")},
+      {"more than 511 nodes",
+       Craft({{1, std::string(255, '0')}, {2, "01"}, {3, std::string(255, '1')}}, {1, 2, 3})},
+      {"a long code past the end", Craft(longB, thirteenAsAndB, "0000000000000" "11111111111")},
   };
-  with("length 0", [](ContainerRecipe& s) { s.lengthOverride = 0; });
-  with("negative length", [](ContainerRecipe& s) { s.lengthOverride = 0x80000000; });
-  with("checksum", [](ContainerRecipe& s) { s.checksumOverride = 0x41; });
-  with("code length 0", [](ContainerRecipe& s) { s.lengthFieldOverride = 0; });
-  with("not a prefix code", [](ContainerRecipe& s) { s.codes = {{'A', "0"}, {'B', "01"}}; });
-  with("a code that is a prefix of an earlier one", [](ContainerRecipe& s) {
-    s.codes = {{'A', "01"}, {'B', "0"}, {'C', "1"}};
-  });
-  with("the same code twice", [](ContainerRecipe& s) { s.codes = {{'A', "0"}, {'B', "0"}}; });
-  with("path to a missing child", [](ContainerRecipe& s) {
-    s.codes = {{'A', "0"}, {'B', "10"}};
-    s.dataBits = "0" "10" "11" "0";  // "11" leads nowhere
-    s.lengthOverride = 4;
-  });
-  with("data ends before the length", [](ContainerRecipe& s) { s.lengthOverride = 40; });
-  for (int used : {0, 257, 200}) with("value count", [used](ContainerRecipe& s) { s.usedOverride = used; });
-  with("values out of order", [](ContainerRecipe& s) {
-    s.codes = {{'B', "0"}, {'A', "10"}, {'C', "11"}};
-  });
-  with("more than 511 nodes", [](ContainerRecipe& s) {
-    s.codes = {{1, std::string(255, '0')}, {2, "01"}, {3, std::string(255, '1')}};
-    s.symbols = {1, 2, 3};
-  });
-  Bytes valid = WriteContainer(good);
-  ContainerRecipe longCodes;
-  longCodes.codes = {{'A', std::string(200, '0')}, {'B', "1"}};
-  longCodes.symbols = {'B'};
-  bad.push_back({"code bits past the end", WriteContainer(longCodes).substr(0, 11 + 4 + 10)});
-  for (Bytes mark : {"M2l\r", "M2X\r", "M2L\n"}) bad.push_back({"mark", mark + valid.substr(4)});
-  bad.push_back({"three bytes", "M2U"});
-  // Every truncation of a real container.
+  for (Bytes mark : {"M2l\r", "M2X\r", "M2L\n"}) bad.push_back({"mark", mark + good.substr(4)});
+  // Every truncation of a real container: its header, table, code bits and data cut short.
   Bytes real = clsHuffman::Encode("the quick brown fox jumps over the lazy dog, twice over.");
   for (size_t cut = 0; cut < real.size(); ++cut) bad.push_back({"truncated", real.substr(0, cut)});
 
@@ -136,11 +145,6 @@ TEST(Huffman, RefusesDamagedContainers) {
     EXPECT_FALSE(clsHuffman::Decode(container, result)) << what;
     EXPECT_EQ(result, "untouched") << what;
   }
-  // The third code of a full comb would need a 512th node.
-  ContainerRecipe full;
-  full.codes = {{1, std::string(255, '0')}, {2, std::string(255, '1')}};
-  full.symbols = {1, 2};
-  EXPECT_TRUE(clsHuffman::Decode(WriteContainer(full), out));
 }
 
 // That the table-driven decoder accepts exactly what the literal tree walk accepts, with the

@@ -1,8 +1,10 @@
+// The Save and Load buttons, the load-mode popup and the password dialog, on files in memory.
 #include "listfiles/ListFileCommands.h"
 
 #include <gtest/gtest.h>
 
-#include "fakes/FakeListFilePorts.h"
+#include <deque>
+
 #include "fakes/FakePorts.h"
 #include "fakes/FakeRichTextBox.h"
 #include "fakes/FakeSettings.h"
@@ -19,13 +21,63 @@ namespace key = settings::key;
 
 constexpr TextView kFolder = u"C:\\Program Files\\Marquill";
 
-// A file dialog as it opens: kind, title, filter index, folder and name; the filter itself
-// is checked apart.
-std::string Describe(const FileDialogRequest& r) {
-  return std::string(r.kind == FileDialogKind::Save ? "save" : "open") + " \"" + ToUtf8(r.title) +
-         "\" " + std::to_string(r.filterIndex) + (r.overwritePrompt ? " ask " : " ") +
-         ToUtf8(r.initialFolder) + " [" + ToUtf8(r.fileName) + "]";
-}
+// The clip list window (its pin and Load button), the load-mode popup and the file dialogs,
+// logging in order what they are asked. A file dialog answers with the next prepared choice,
+// and is cancelled when none is left.
+class FakeWindows : public ListFileHost, public LoadModePopup, public FileDialogs {
+ public:
+  bool Pinned() override { return pinned; }
+  void SetTop(bool top) override { log.push_back(top ? "top" : "not top"); }
+  ScreenRect LoadButtonRect() override { return {100, 200, 124, 224}; }
+  std::uintptr_t NativeWindow() override { return 0; }
+  void Show(const ScreenRect& at) override { log.push_back("popup at " + std::to_string(at.left)); }
+  void LeaveTopmost() override { log.push_back("popup not top"); }
+  void Unload() override { log.push_back("popup closed"); }
+  // Logged as kind, title, filter index, overwrite prompt, folder and [name].
+  std::optional<FileChoice> Show(const FileDialogRequest& r) override {
+    log.push_back(std::string(r.kind == FileDialogKind::Save ? "save \"" : "open \"") +
+                  ToUtf8(r.title) + "\" " + std::to_string(r.filterIndex) +
+                  (r.overwritePrompt ? " ask " : " ") + ToUtf8(r.initialFolder) + " [" +
+                  ToUtf8(r.fileName) + "]");
+    filter = r.filter;
+    if (choices.empty()) return std::nullopt;
+    FileChoice choice = choices.front();
+    choices.pop_front();
+    return choice;
+  }
+  void Choose(TextView path, int filterIndex) { choices.push_back({Text(path), filterIndex}); }
+
+  bool pinned = false;
+  Strs log;
+  Text filter;
+  std::deque<FileChoice> choices;
+};
+
+// The password dialog's boxes.
+class FakePasswordView : public PasswordView {
+ public:
+  FakePasswordView(frmPass& form, Strs& log) : form_(form), log_(log) { form.SetView(this); }
+  void Show(bool twice) override { log_.push_back(twice ? "password twice" : "password"); }
+  Text BoxText(int index) override { return box[index]; }
+  void ClearBox(int index) override { box[index].clear(); }
+  void FocusBox(int index) override { focus = index; }
+  void Unload() override {
+    log_.push_back("password closed");
+    form_.Form_Unload();
+  }
+  // Types into a box and presses Enter there.
+  void Enter(int index, TextView text) {
+    box[index] = Text(text);
+    form_.txtPW_KeyPress(index, frmPass::Key::Enter);
+  }
+
+  int focus = -1;
+  Text box[2];
+
+ private:
+  frmPass& form_;
+  Strs& log_;
+};
 
 class ListFileCommandsTest : public ::testing::Test {
  protected:
@@ -38,28 +90,21 @@ class ListFileCommandsTest : public ::testing::Test {
   test::FakeSettings port;
   Settings settings{port};
   test::FakeMessageBoxes messages, passMessages;
-  test::FakeFileDialogs dialogs;
-  test::FakeHost host;
-  test::FakePopup popup;
+  FakeWindows windows;
   frmPass pass{passMessages};
-  test::FakePasswordView passView{pass};
-  ListFileCommands commands{{list, settings, messages, dialogs, host, popup, pass, Text(kFolder)}};
-
-  void SetUp() override { pass.SetView(&passView); }
+  FakePasswordView passView{pass, windows.log};
+  ListFileCommands commands{
+      {list, settings, messages, windows, windows, windows, pass, Text(kFolder)}};
 
   void Add(std::initializer_list<const char*> texts) {
     for (const char* t : texts) store.Append(ClipEntry::Plain(FromUtf8(t)), FromUtf8(t));
-  }
-  Strs Queue() const {
-    Strs out;
-    for (const auto& row : rows.Rows()) out.push_back(ToUtf8(store.Entry(row.itemData).text));
-    return out;
   }
   // Writes a plain or protected list of these texts to path, leaving the store alone.
   void WriteList(TextView path, std::vector<const char*> texts, TextView password = u"") {
     std::vector<ClipEntry> entries;
     for (const char* t : texts) entries.push_back(ClipEntry::Plain(FromUtf8(t)));
-    disk.files[Text(path)] = FileOperations::EncodeListFile(entries, cp, !password.empty(), password);
+    disk.files[Text(path)] =
+        FileOperations::EncodeListFile(entries, cp, !password.empty(), password);
   }
 };
 
@@ -69,11 +114,9 @@ TEST(FileDialogSettings, FilterIndexReadAndRepaired) {
     int save, load;      // the index each dialog uses
     const char* saveAfter;
     const char* loadAfter;  // the stored value afterwards
-  } cases[] = {{nullptr, 1, 3, "1", "3"}, {"1", 1, 1, "1", "1"},       {"2", 2, 2, "2", "2"},
-               {"3", 3, 3, "3", "3"},     {"4", 1, 4, "1", "4"},       {" 2 ", 2, 2, " 2 ", " 2 "},
-               {"2.0", 2, 2, "2.0", "2.0"}, {"0", 1, 3, "1", "3"},     {"-1", 1, 3, "1", "3"},
-               {"5", 1, 3, "1", "3"},     {"2.5", 1, 3, "1", "3"},     {"abc", 1, 3, "1", "3"},
-               {"&H2", 1, 3, "1", "3"}};
+  } cases[] = {{nullptr, 1, 3, "1", "3"}, {"1", 1, 1, "1", "1"},   {" 2 ", 2, 2, " 2 ", " 2 "},
+               {"3", 3, 3, "3", "3"},     {"4", 1, 4, "1", "4"},   {"5", 1, 3, "1", "3"},
+               {"2.5", 1, 3, "1", "3"},   {"2x", 1, 3, "1", "3"}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.stored ? c.stored : "<absent>");
     test::FakeSettings port;
@@ -89,193 +132,174 @@ TEST(FileDialogSettings, FilterIndexReadAndRepaired) {
   }
 }
 
-TEST(FileDialogSettings, InitialFolderNameExtensionsAndPopupPlacement) {
+TEST(FileDialogSettings, InitialFolderExtensionAndPopupPlacement) {
+  using namespace ListFileRules;
   test::MemoryDisk disk;
-  using ListFileRules::InitialLocationFor;
-  disk.files[u"D:\\My Lists\\\u00E9t\u00E9 notes.mql"] = "M2L\r";
-  auto found = InitialLocationFor(disk, u"D:\\My Lists\\\u00E9t\u00E9 notes.mql", kFolder);
-  EXPECT_EQ(found.folder + u"|" + found.fileName, u"D:\\My Lists|\u00E9t\u00E9 notes.mql");
-  // A deleted file, the load dialog's "x", an empty setting: the program's folder.
-  disk.files[u"x"] = "";
-  for (TextView last : {TextView(u"D:\\My Lists\\gone.mql"), TextView(u"x"), TextView(u"")}) {
-    auto where = InitialLocationFor(disk, last, kFolder);
-    EXPECT_EQ(where.folder + u"|" + where.fileName, Text(kFolder) + u"|");
+  disk.files[u"x"] = disk.files[u"C:\\a.mql\\a.mql"] = "M2L\r";
+  // The folder ends where the name first occurs; a last file without a folder, or one that
+  // is gone, opens the program's folder. (The commands' tests show the usual cases.)
+  for (auto [last, expected] : {std::pair{u"C:\\a.mql\\a.mql", u"C:|a.mql"},
+                                {u"x", u"C:\\Program Files\\Marquill|"},
+                                {u"D:\\gone.mql", u"C:\\Program Files\\Marquill|"}}) {
+    auto at = InitialLocationFor(disk, last, kFolder);
+    EXPECT_EQ(at.folder + u"|" + at.fileName, expected);
   }
-  // The folder ends where the name first occurs.
-  disk.files[u"C:\\a.mql\\a.mql"] = "M2L\r";
-  EXPECT_EQ(InitialLocationFor(disk, u"C:\\a.mql\\a.mql", kFolder).folder, u"C:");
-
-  using ListFileRules::WithListExtension;
-  EXPECT_EQ(WithListExtension(u"C:\\notes", 2), u"C:\\notes.mqp");
-  EXPECT_EQ(WithListExtension(u"C:\\notes.txt", 3), u"C:\\notes.txt.mql");
+  // A list's extension in any case is kept, whatever the filter.
   EXPECT_EQ(WithListExtension(u"C:\\list.mQl", 2), u"C:\\list.mQl");
-  EXPECT_TRUE(ListFileRules::IsProtectedName(u"C:\\LIST.MqP"));
-  EXPECT_FALSE(ListFileRules::IsProtectedName(u"C:\\notes.txt.mql"));
-
-  using ListFileRules::PlacePopup;
-  using P = ListFileRules::Point;
   const ScreenRect screen{0, 0, 1280, 800};
-  EXPECT_EQ(PlacePopup({100, 200, 124, 224}, 113, 98, screen), (P{100, 224}));
-  EXPECT_EQ(PlacePopup({1250, 200, 1274, 224}, 113, 98, screen), (P{1167, 224}));
-  EXPECT_EQ(PlacePopup({100, 760, 124, 784}, 113, 98, screen), (P{100, 702}));
-  EXPECT_EQ(PlacePopup({-50, -40, -26, -16}, 113, 98, screen), (P{0, 0}));
+  EXPECT_EQ(PlacePopup({100, 200, 124, 224}, 113, 98, screen), (Point{100, 224}));
+  EXPECT_EQ(PlacePopup({1250, 200, 1274, 224}, 113, 98, screen), (Point{1167, 224}));
+  EXPECT_EQ(PlacePopup({100, 760, 124, 784}, 113, 98, screen), (Point{100, 702}));
+  EXPECT_EQ(PlacePopup({-50, -40, -26, -16}, 113, 98, screen), (Point{0, 0}));
 }
 
 TEST_F(ListFileCommandsTest, SaveDialogAndPlainSave) {
   commands.cmdFile_Click(0);  // an empty list: nothing at all
-  EXPECT_TRUE(dialogs.requests.empty());
   Add({"one", "two"});
   port.Set(key::Cur_FF_S.name, u"4");
-  dialogs.Cancel();
-  commands.cmdFile_Click(0);
-  ASSERT_EQ(dialogs.requests.size(), 1u);
-  EXPECT_EQ(Describe(dialogs.requests[0]),
-            "save \"Save Marquill File\" 1 ask C:\\Program Files\\Marquill []");
-  EXPECT_EQ(dialogs.requests[0].filter, ListFileRules::kSaveFilter);
-  // The repair was written; the cancel wrote nothing else and touched neither disk nor pin.
+  commands.cmdFile_Click(0);  // cancelled
+  EXPECT_EQ(windows.filter, ListFileRules::kSaveFilter);
+  // The repair was written; the cancel wrote nothing else.
   EXPECT_EQ(port.WrittenKeys(), Strs{"Cur_FF_S"});
   EXPECT_TRUE(disk.files.empty());
-  EXPECT_TRUE(host.setTopCalls.empty());
 
-  dialogs.Answer(u"C:\\Users\\\u0416\u00E9 \u6587\\notes.txt", 3);
+  windows.Choose(u"C:\\Users\\\u0416\u00E9 \u6587\\notes.txt", 3);
   commands.cmdFile_Click(0);
   const Text saved = u"C:\\Users\\\u0416\u00E9 \u6587\\notes.txt.mql";
-  ASSERT_EQ(disk.files.count(saved), 1u);
   EXPECT_EQ(disk.files[saved].substr(0, 4), "M2L\r");
   EXPECT_EQ(port.Get(key::Cur_FF_S.name), "3");
   EXPECT_EQ(port.Get(key::Cur_FN_S.name), ToUtf8(saved));
-  EXPECT_FALSE(passView.shown);
-  // The next dialog opens where the last file went.
-  dialogs.Cancel();
-  commands.cmdFile_Click(0);
-  EXPECT_EQ(Describe(dialogs.requests.back()),
-            "save \"Save Marquill File\" 3 ask C:\\Users\\\u0416\u00E9 \u6587 [notes.txt.mql]");
-  EXPECT_TRUE(messages.shown.empty());
+  // A failed write: the system's description, and the file as it was.
+  const Bytes before = disk.files[saved];
+  disk.failWritesWith = u"Access is denied.";
+  windows.Choose(saved, 1);
+  commands.cmdFile_Click(0);  // opens where the last file went
+  EXPECT_EQ(disk.files[saved], before);
+  EXPECT_EQ(messages.Log(), Strs{"- Marquill: Error: Access is denied."});
+  // Saving asks no password and leaves the pin alone.
+  EXPECT_EQ(windows.log,
+            (Strs{"save \"Save Marquill File\" 1 ask C:\\Program Files\\Marquill []",
+                  "save \"Save Marquill File\" 1 ask C:\\Program Files\\Marquill []",
+                  "save \"Save Marquill File\" 3 ask C:\\Users\\\u0416\u00E9 \u6587 "
+                  "[notes.txt.mql]"}));
 }
 
-TEST_F(ListFileCommandsTest, ProtectedSaveGoesThroughThePasswordDialog) {
+TEST_F(ListFileCommandsTest, ProtectedSaveAsksForThePasswordTwice) {
   Add({"secret"});
-  for (auto [typed, filter, expected] :
-       {std::tuple{u"C:\\notes", 2, u"C:\\notes.mqp"}, std::tuple{u"C:\\LIST.MqP", 1, u"C:\\LIST.MqP"}}) {
-    dialogs.Answer(typed, filter);
+  for (auto [typed, filter, expected] : {std::tuple{u"C:\\notes", 2, u"C:\\notes.mqp"},
+                                         std::tuple{u"C:\\LIST.MqP", 1, u"C:\\LIST.MqP"}}) {
+    windows.Choose(typed, filter);
     commands.cmdFile_Click(0);
-    ASSERT_TRUE(passView.shown);
-    EXPECT_TRUE(passView.confirmation);
-    EXPECT_EQ(commands.PendingPath(), expected);
+    pass.Form_Activate();
+    EXPECT_EQ(passView.focus, 0);
+    passView.Enter(0, u"pw");  // moves on
+    pass.Form_Activate();      // only the first activation moves the focus
+    EXPECT_EQ(passView.focus, 1);
+    passView.Enter(1, u"PW");  // a mismatch: the second box is emptied
+    EXPECT_EQ(passView.box[1], u"");
     EXPECT_EQ(disk.files.count(Text(expected)), 0u);  // nothing until the password is confirmed
-    passView.Enter(0, u"pw");
-    passView.Enter(1, u"pw");
-    EXPECT_FALSE(passView.shown);
+    passView.box[1] = u"pw";
+    pass.Form_KeyPress(frmPass::Key::Enter);  // Enter that reached the form: OK
+    EXPECT_FALSE(pass.Loaded());
     std::vector<ClipEntry> back;
     EXPECT_TRUE(FileOperations::DecodeListFile(disk.files[Text(expected)], cp, true, u"pw", back));
     EXPECT_EQ(back, std::vector<ClipEntry>{ClipEntry::Plain(u"secret")});
   }
-  EXPECT_TRUE(host.setTopCalls.empty());  // saving leaves the pin alone
-}
-
-TEST_F(ListFileCommandsTest, FailedSaveReportsTheSystemsDescription) {
-  Add({"keep"});
-  disk.files[u"C:\\ro\\old.mql"] = "previous bytes";
+  const std::string mismatch = "! Error: Password mismatch: Passwords do not match";
+  EXPECT_EQ(passMessages.Log(), (Strs{mismatch, mismatch}));
+  // A failed write is reported once the dialog has closed.
   disk.failWritesWith = u"Access is denied.";
-  dialogs.Answer(u"C:\\ro\\old.mql", 1);
+  windows.Choose(u"C:\\notes.mqp", 2);
   commands.cmdFile_Click(0);
-  // The same message for a protected save, after the password dialog closed.
-  dialogs.Answer(u"C:\\ro\\new.mqp", 2);
-  commands.cmdFile_Click(0);
-  passView.box[1] = u"pw";
-  passView.Enter(0, u"pw");  // moves on
-  pass.cmdOp_Click(0);
-  EXPECT_FALSE(passView.shown);
-  EXPECT_EQ(messages.Log(), (Strs{"- Marquill: Error: Access is denied.",
-                                  "- Marquill: Error: Access is denied."}));
-  EXPECT_EQ(disk.files[u"C:\\ro\\old.mql"], "previous bytes");
-  EXPECT_EQ(Queue(), Strs{"keep"});
+  passView.Enter(0, u"pw");
+  passView.Enter(1, u"pw");
+  EXPECT_EQ(messages.Log(), Strs{"- Marquill: Error: Access is denied."});
+  // The dialog closes each time; saving leaves the pin alone.
+  EXPECT_EQ(windows.log, (Strs{"save \"Save Marquill File\" 1 ask C:\\Program Files\\Marquill []",
+                               "password twice", "password closed",
+                               "save \"Save Marquill File\" 2 ask C: [notes.mqp]", "password twice",
+                               "password closed", "save \"Save Marquill File\" 1 ask C: [LIST.MqP]",
+                               "password twice", "password closed"}));
 }
 
 TEST_F(ListFileCommandsTest, LoadButtonPopupAndPin) {
-  host.pinned = host.topmost = true;
+  windows.pinned = true;
   WriteList(u"C:\\l\\new.mql", {"n1", "n2"});
-  // Empty list: straight to the open dialog in mode 0, no popup; the pin is dropped while
-  // the dialog is open and restored after a cancel too.
-  bool topWhileOpen = true;
-  dialogs.whileOpen = [&] { topWhileOpen = host.topmost; };
-  dialogs.Cancel();
+  // Empty list: straight to the open dialog, no popup; the pin is dropped while the dialog
+  // is open and restored after a cancel too.
   commands.cmdFile_Click(1);
-  EXPECT_FALSE(popup.shown);
-  EXPECT_FALSE(topWhileOpen);
-  EXPECT_TRUE(host.topmost);
-  ASSERT_EQ(dialogs.requests.size(), 1u);
-  EXPECT_EQ(Describe(dialogs.requests[0]),
-            "open \"Load Marquill File\" 3 C:\\Program Files\\Marquill []");
-  EXPECT_EQ(dialogs.requests[0].filter, ListFileRules::kLoadFilter);
-
-  // With entries, the popup opens at the button; its choice is the load mode (each button's
-  // merge is also checked end to end), and the pin comes back after the load.
+  EXPECT_EQ(windows.filter, ListFileRules::kLoadFilter);
+  // With entries, the popup opens at the button; its choice is the load mode, and the pin
+  // comes back after the load.
   Add({"a", "b", "c"});
   rows.SetListIndex(1);
-  host.setTopCalls.clear();
   commands.cmdFile_Click(1);
-  ASSERT_TRUE(popup.shown);
-  EXPECT_EQ(popup.at, host.button);
-  EXPECT_EQ(host.setTopCalls, std::vector<bool>{false});
-  dialogs.Answer(u"C:\\l\\new.mql", 1);
+  windows.Choose(u"C:\\l\\new.mql", 1);
   commands.cmdOpen_Click(1);
-  EXPECT_FALSE(popup.shown);
-  EXPECT_TRUE(host.topmost);
-  EXPECT_EQ(Queue(), (Strs{"n1", "n2", "a", "b", "c"}));
+  EXPECT_EQ(test::RowTexts(rows), (Strs{"\tn1", "\tn2", "\ta", "\tb", "\tc"}));
   commands.cmdFile_Click(1);
   commands.cmdOpen_Click(3);  // Cancel
-  EXPECT_FALSE(popup.shown);
-  EXPECT_EQ(dialogs.requests.size(), 2u);
+  const std::string open = "open \"Load Marquill File\" 3 C:\\Program Files\\Marquill []";
+  EXPECT_EQ(windows.log, (Strs{"not top", open, "top", "not top", "popup at 100", "popup not top",
+                               open, "top", "top", "popup closed", "not top", "popup at 100",
+                               "popup not top", "top", "popup closed"}));
   EXPECT_EQ(port.Get(key::Cur_FF_O.name), "1");
   EXPECT_EQ(port.Get(key::Cur_FN_O.name), "C:\\l\\new.mql");
   // Unpinned, nothing pins the window.
-  host.pinned = host.topmost = false;
-  dialogs.Cancel();
+  windows.pinned = false;
+  windows.log.clear();
   store.ClearAll();
   commands.cmdFile_Click(1);
-  EXPECT_FALSE(host.topmost);
+  EXPECT_EQ(windows.log, (Strs{"not top", "open \"Load Marquill File\" 1 C:\\l [new.mql]"}));
   EXPECT_TRUE(messages.shown.empty());
 }
 
-TEST_F(ListFileCommandsTest, LoadPathSearchAndRefusals) {
-  host.pinned = true;
+TEST_F(ListFileCommandsTest, LoadPathSearchPasswordAndRefusals) {
+  windows.pinned = true;
   WriteList(u"C:\\l\\notes.mql", {"plain"});
-  dialogs.Answer(u"C:\\l\\notes", 4);
+  windows.Choose(u"C:\\l\\notes", 4);
   commands.ShowLoad(LoadMode::OpenAsNew);
-  EXPECT_EQ(Queue(), Strs{"plain"});
+  EXPECT_EQ(test::RowTexts(rows), Strs{"\tplain"});
   EXPECT_EQ(port.Get(key::Cur_FN_O.name), "C:\\l\\notes.mql");
   EXPECT_EQ(port.Get(key::Cur_FF_O.name), "4");
-  // With both, the protected one is taken (and asks for its password).
+  // With both, the protected one is taken; a wrong password asks again.
   WriteList(u"C:\\l\\notes.mqp", {"hidden"}, u"pw");
-  dialogs.Answer(u"C:\\l\\notes", 3);
+  windows.Choose(u"C:\\l\\notes", 3);
+  windows.log.clear();
   commands.ShowLoad(LoadMode::AppendAfterCurrent);
-  EXPECT_TRUE(passView.shown);
-  EXPECT_FALSE(passView.confirmation);
-  EXPECT_EQ(commands.PendingPath(), u"C:\\l\\notes.mqp");
-  EXPECT_EQ(commands.PendingMode(), LoadMode::AppendAfterCurrent);
-  EXPECT_TRUE(host.topmost);  // the pin comes back while the password dialog is open
+  passView.Enter(0, u"wrong");  // Enter in the only box is OK
+  EXPECT_EQ(passView.box[0], u"");
   passView.Enter(0, u"pw");
-  EXPECT_EQ(Queue(), (Strs{"plain", "hidden"}));
+  EXPECT_EQ(test::RowTexts(rows), (Strs{"\tplain", "\thidden"}));
+  // The pin comes back while the password dialog is open; a wrong password leaves it open.
+  EXPECT_EQ(windows.log, (Strs{"open \"Load Marquill File\" 4 C:\\l [notes.mql]", "password", "top",
+                               "password closed"}));
+  EXPECT_EQ(passMessages.Log(), Strs{"! Error: Wrong Password: You have either entered the wrong "
+                                     "password or the file is corrupted."});
+  // Esc that reached the form closes the dialog.
+  windows.Choose(u"C:\\l\\notes.mqp", 2);
+  commands.ShowLoad(LoadMode::OpenAsNew);
+  pass.Form_KeyPress(frmPass::Key::Escape);
+  EXPECT_FALSE(pass.Loaded());
 
   // A missing file and a foreign kind mark: their messages, the list as it was.
   disk.files[u"C:\\l\\x.mql"] = "HELLO, world";
   disk.files[u"C:\\l\\tiny.mql"] = "M2";
   for (const char16_t* path : {u"C:\\l\\nothing", u"C:\\l\\x.mql", u"C:\\l\\tiny.mql"}) {
-    dialogs.Answer(path, 1);
-    host.topmost = false;
+    windows.Choose(path, 1);
+    windows.log.clear();
     commands.ShowLoad(LoadMode::OpenAsNew);
-    EXPECT_TRUE(host.topmost);
+    EXPECT_EQ(windows.log.back(), "top");
   }
   const std::string wrong =
       "x Error: Wrong file format: Either the file was not created by Marquill or the file has "
       "become corrupted.";
   EXPECT_EQ(messages.Log(), (Strs{"i Error: File not found: File does not exist.", wrong, wrong}));
-  EXPECT_EQ(Queue(), (Strs{"plain", "hidden"}));
+  EXPECT_EQ(test::RowTexts(rows), (Strs{"\tplain", "\thidden"}));
   EXPECT_EQ(port.Get(key::Cur_FN_O.name), "C:\\l\\tiny.mql") << "not the missing file";
 
   // Neither command leaves scratch files behind.
-  dialogs.Answer(u"C:\\l\\s.mql", 1);
+  windows.Choose(u"C:\\l\\s.mql", 1);
   commands.ShowSave();
   Strs names;
   for (const auto& [path, bytes] : disk.files) names.push_back(ToUtf8(path));

@@ -1,4 +1,4 @@
-// Drives the built mqlist binary as a user's script would.
+// Drives the built mqlist binary as a user's script would, on the files of this system.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -61,7 +61,8 @@ TEST_F(MqlistTool, MakeWritesWhatTheProgramSaves) {
                                           ClipEntry::Plain(FromUtf8(unicode))};
   const Windows1252 cp;
 
-  ASSERT_EQ(Run("make plain.mql a.txt b.RTF c.txt"), 0);
+  ASSERT_EQ(Run("make plain.mql b.RTF"), 0);
+  ASSERT_EQ(Run("make plain.mql a.txt b.RTF c.txt"), 0);  // replaces the file
   EXPECT_EQ(Read("plain.mql"), FileOperations::EncodeListFile(entries, cp, false, u""));
   ASSERT_EQ(Run("make prot.mqp --password 'pa ss' a.txt b.RTF c.txt"), 0);
   EXPECT_EQ(Read("prot.mqp"), FileOperations::EncodeListFile(entries, cp, true, u"pa ss"));
@@ -89,6 +90,7 @@ TEST_F(MqlistTool, ExitStatusSaysWhatWentWrong) {
   Write("empty.txt", "");
   Write("foreign.mql", "PK\x03\x04 not a list");
   Write("damaged.mql", "M2L\r\x01\x02\x03");
+  fs::create_directories(dir / "folder.mql" / "inner");
   ASSERT_EQ(Run("make p.mqp --password right a.txt"), 0);
 
   // 1: the file is refused (one line on stderr); 2: the command itself is wrong.
@@ -100,12 +102,17 @@ TEST_F(MqlistTool, ExitStatusSaysWhatWentWrong) {
       {"make x.mql empty.txt", 2},            {"make x.mql", 2},
       {"make x.mql --password '' a.txt", 2},  {"frobnicate a.txt", 2},
       {"", 2},                                {"make no/such/dir/x.mql a.txt", 2},
+      {"make folder.mql a.txt", 2},
   };
   for (const auto& [args, status] : cases) {
     EXPECT_EQ(Run(args), status) << args;
     if (status == 1) EXPECT_EQ(errLines, 1) << args;
   }
   EXPECT_FALSE(fs::exists(dir / "out/000.txt"));
+  // A write that failed left what was there and no temporary file.
+  EXPECT_TRUE(fs::is_directory(dir / "folder.mql" / "inner"));
+  for (const auto& entry : fs::directory_iterator(dir))
+    EXPECT_EQ(entry.path().filename().string().find(".tmp"), std::string::npos) << entry.path();
   std::string info;
   EXPECT_EQ(Run("info p.mqp", &info), 0);
   EXPECT_NE(info.find("M2P"), std::string::npos);

@@ -1,6 +1,5 @@
-// Test support for the Huffman container: a plain bit-by-bit tree decoder that follows the
-// format's steps literally (the table-driven decoder must agree with it on every input),
-// and a writer of containers with any code table, valid or not.
+// A plain bit-by-bit tree decoder of the Huffman container that follows the format's steps
+// literally: the table-driven decoder must agree with it on every input.
 #pragma once
 
 #include <cstdint>
@@ -10,9 +9,9 @@
 
 namespace mq::test {
 
-// Decodes like the format's own description: build the tree from the codes, walk it bit by
-// bit. Refuses what the program must refuse (prefix violations, missing children, more
-// than 511 nodes, short data, wrong checksum, anything past the end).
+// Builds the tree from the codes and walks it bit by bit. Refuses what the program must
+// refuse (prefix violations, missing children, more than 511 nodes, short data, wrong
+// checksum, anything past the end).
 inline bool ReferenceDecode(std::string_view c, std::string& out) {
   auto byte = [&](size_t i) { return static_cast<uint8_t>(c[i]); };
   if (c.size() < 4 || c[0] != 'M' || c[1] != '2' || c[3] != '\r') return false;
@@ -69,54 +68,6 @@ inline bool ReferenceDecode(std::string_view c, std::string& out) {
   if (x != byte(4)) return false;
   out = result;
   return true;
-}
-
-// Writes an "M2L" container from explicit codes ("0110": root bit first).
-struct ContainerRecipe {
-  std::vector<std::pair<int, std::string>> codes;  // (value, code), in table order
-  std::vector<int> symbols;                        // what the data bits encode
-  int64_t lengthOverride = -1;                     // otherwise symbols.size()
-  int checksumOverride = -1;                       // otherwise the XOR of symbols
-  int usedOverride = -1;                           // otherwise codes.size()
-  int lengthFieldOverride = -1;                    // replaces every code's length byte
-  std::string dataBits;                            // when set, replaces the coded symbols
-};
-
-inline std::string WriteContainer(const ContainerRecipe& s) {
-  std::string out = "M2L\r";
-  uint8_t x = 0;
-  for (int v : s.symbols) x ^= static_cast<uint8_t>(v);
-  out.push_back(static_cast<char>(s.checksumOverride >= 0 ? s.checksumOverride : x));
-  auto len = static_cast<uint32_t>(s.lengthOverride >= 0 ? s.lengthOverride
-                                                         : static_cast<int64_t>(s.symbols.size()));
-  for (int k = 0; k < 4; ++k) out.push_back(static_cast<char>(len >> (8 * k)));
-  int used = s.usedOverride >= 0 ? s.usedOverride : static_cast<int>(s.codes.size());
-  out.push_back(static_cast<char>(used));
-  out.push_back(static_cast<char>(used >> 8));
-  for (const auto& [v, code] : s.codes) {
-    out.push_back(static_cast<char>(v));
-    out.push_back(static_cast<char>(s.lengthFieldOverride >= 0 ? s.lengthFieldOverride
-                                                               : static_cast<int>(code.size())));
-  }
-  auto pack = [&](const std::string& bits) {
-    std::string bytes((bits.size() + 7) / 8, '\0');
-    for (size_t i = 0; i < bits.size(); ++i)
-      if (bits[i] == '1') bytes[i / 8] = static_cast<char>(bytes[i / 8] | (1 << (i % 8)));
-    return bytes;
-  };
-  std::string codeBits, dataBits = s.dataBits;
-  for (const auto& [v, code] : s.codes) codeBits += code;
-  if (!s.dataBits.empty()) {
-    out += pack(codeBits);
-    out += pack(dataBits);
-    return out;
-  }
-  for (int sym : s.symbols)
-    for (const auto& [v, code] : s.codes)
-      if (v == sym) { dataBits += code; break; }
-  out += pack(codeBits);
-  out += pack(dataBits);
-  return out;
 }
 
 }  // namespace mq::test

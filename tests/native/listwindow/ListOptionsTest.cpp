@@ -21,8 +21,7 @@ TEST(ListOptions, StoredValuesChooseTheStartingStateAndInvalidOnesAreRepaired) {
   } cases[] = {
       {{},
        "expanded delete buttons 010 case0 \"Clip List\"" + Tips(0, 0, 0),
-       {{u"Set_LO", "0"}, {u"Set_Vu", "0"}, {u"Set_Pn", "0"}, {u"Set_Dl", "1"},
-        {u"Cur_LO", "0"}, {u"Cur_Vu", "0"}, {u"Cur_Pn", "0"}, {u"Cur_Dl", "1"}}},
+       {}},  // the repairs written on a fresh installation: the start-up test
       // "Set_Dl" = "2": move to end, "Cur_Dl" untouched; an invalid "Cur_LO" is reset.
       {{{u"Set_Dl", u"2"}, {u"Cur_Dl", u"1"}, {u"Set_LO", u"3"}, {u"Cur_LO", u"7"}},
        "expanded move buttons 000 case2 \"Clip List\"" + Tips(0, 1, 0),
