@@ -36,10 +36,6 @@ class ListFileCommands final : public PasswordConsumer {
   // frmOpenContext's cmdOp(0..2) load in that mode; cmdOp(3) only cancels.
   void cmdOpen_Click(int index);
 
-  // What the password dialog was opened for (the pending file and load mode).
-  const Text& PendingPath() const { return pendingPath_; }
-  FileOperations::LoadMode PendingMode() const { return pendingMode_; }
-
   PassVerdict UsePassword(PassMode mode, TextView password) override;
 
  private:
