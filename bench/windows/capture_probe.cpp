@@ -11,36 +11,24 @@
 #include <commctrl.h>
 
 #include <cstdio>
-#include <string>
-#include <vector>
 
 #include "Probe.h"
 #include "clipboard/ClipOperations.h"
 #include "clipboard/win32/RichEditBox.h"
 #include "clipboard/win32/Win32Clipboard.h"
+#include "fakes/FakePorts.h"
+#include "fakes/FakeSettings.h"
 #include "hotkeys/VBHotKey.h"
 #include "hotkeys/win32/Win32HotkeySystem.h"
 #include "listwindow/win32/ListWindow.h"
 #include "platform/win32/Win32Ports.h"
 
 using namespace mq;
+using probe::Median;
+using probe::NowMs;
 using probe::Words;
 
 namespace {
-
-// Moves a second per call, so the debounce never holds a capture back.
-class SteppingClock : public TickClock {
- public:
-  uint64_t TickCount() override { return now_ += 1000; }
-
- private:
-  uint64_t now_ = 1000;
-};
-
-class QuietBoxes : public MessageBoxes {
- public:
-  MsgResult Show(TextView, TextView, MsgIcon, MsgButtons) override { return MsgResult::Ok; }
-};
 
 class StampingKeys : public KeySender {
  public:
@@ -53,25 +41,27 @@ class StampingKeys : public KeySender {
 };
 
 double BareRead(const std::vector<UINT>& formats) {
-  double start = NowMs();
+  const double start = NowMs();
   OpenClipboard(nullptr);
-  for (UINT format : formats) {
-    std::string copy;
+  for (UINT format : formats)
     if (HANDLE data = GetClipboardData(format)) {
-      copy.assign(static_cast<const char*>(GlobalLock(data)), GlobalSize(data));
+      std::string copy(static_cast<const char*>(GlobalLock(data)), GlobalSize(data));
       GlobalUnlock(data);
     }
-  }
   CloseClipboard();
   return NowMs() - start;
 }
 
-// Runs the waiting messages; the longest single dispatch in milliseconds.
-double PumpLongest() {
-  double longest = 0;
+// Does the work, then runs the waiting messages; the longest of the work and any single
+// dispatch, in milliseconds.
+template <typename Work>
+double Longest(Work work) {
+  double start = NowMs();
+  work();
+  double longest = NowMs() - start;
   MSG msg;
   while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
-    double start = NowMs();
+    start = NowMs();
     TranslateMessage(&msg);
     DispatchMessageW(&msg);
     longest = std::max(longest, NowMs() - start);
@@ -79,20 +69,10 @@ double PumpLongest() {
   return longest;
 }
 
-template <typename Work>
-double Longest(Work work) {
-  double start = NowMs();
-  work();
-  return std::max(NowMs() - start, PumpLongest());
-}
-
 }  // namespace
 
 int wmain() {
-  struct NoSettings : SettingsPort {
-    Status Read(TextView, Text&) override { return Status::Absent; }
-    bool Write(TextView, TextView) override { return true; }
-  } port;
+  test::FakeSettings port;
   Settings settings(port);
   frmList list(settings);
   win32::ListWindow window(list, true);
@@ -100,9 +80,9 @@ int wmain() {
   list.SetView(&window);
   ClipStore store(list.lstClip);
   win32::Win32Clipboard clipboard;
-  SteppingClock clock;
+  test::FakeClock clock;
   win32::LocaleCaseMapper cases;
-  QuietBoxes boxes;
+  test::FakeMessageBoxes boxes;
   StampingKeys keys;
   win32::RichEditBox rtbFormat;
   ClipOperations ops({store, clipboard, rtbFormat, clock, cases, boxes, keys});
@@ -125,13 +105,11 @@ int wmain() {
     std::vector<double> capture, bare;
     for (int run = 0; run < runs; ++run) {
       const std::string words = Words(c.bytes / 2, run);
-      std::vector<std::pair<UINT, std::string>> formats{
-          {CF_UNICODETEXT, probe::Utf16(probe::Wide(words))}};
-      if (c.rich) formats.push_back(probe::RtfFormat(probe::Rtf(words)));
-      e2e::PutClipboard(formats);
+      e2e::PutClipboard(probe::Copy(probe::Wide(words), c.rich ? probe::Rtf(words) : ""));
       bare.push_back(BareRead(c.rich ? std::vector<UINT>{rtfFormat, CF_UNICODETEXT}
                                      : std::vector<UINT>{CF_UNICODETEXT}));
-      double start = NowMs();
+      clock.Advance(1000);  // past the debounce, which would hold the capture back
+      const double start = NowMs();
       ops.AddClipEntry(false, c.caseOp);
       capture.push_back(NowMs() - start);
       if (store.EntryCount() != 1)
@@ -145,20 +123,17 @@ int wmain() {
   std::vector<double> reads;
   for (int run = 0; run < runs; ++run) {
     ClipboardData data;
-    double start = NowMs();
+    const double start = NowMs();
     clipboard.Read(ClipRead::RichAndText, data);
     reads.push_back(NowMs() - start);
   }
   std::printf("%-24s %18.2f\n", "  of which the read", Median(reads));
 
-  // WM_HOTKEY to keystroke, through the hotkey control and the paste.
+  // WM_HOTKEY to keystroke, through the hotkey control and the paste; CTRL+F12 is out of
+  // everybody's way.
   HotkeyControls controls;
   win32::Win32HotkeySystem hotkeys(controls);
-  VBHotKey::Design design;
-  design.CtrlKey = true;
-  design.WinKey = false;
-  design.VKey = 0x7B;  // CTRL+F12: out of everybody's way
-  VBHotKey hkPaste(hotkeys, controls, design);
+  VBHotKey hkPaste(hotkeys, controls, {.CtrlKey = true, .VKey = VK_F12, .WinKey = false});
   hkPaste.HotkeyPressed = [&] { ops.PasteFirstEntry(true); };
   hkPaste.Start();
   std::printf("\n%-8s %28s %18s %7s\n", "entry", "WM_HOTKEY to keystroke (ms)", "bare write (ms)",
@@ -174,7 +149,7 @@ int wmain() {
       MSG msg{};
       start = NowMs();
       PostMessageW(reinterpret_cast<HWND>(hkPaste.hwnd()), WM_HOTKEY, hkPaste.hAtom(),
-                   MAKELPARAM(MOD_CONTROL, 0x7B));
+                   MAKELPARAM(MOD_CONTROL, VK_F12));
       while (keys.sentAt < start && GetMessageW(&msg, nullptr, 0, 0) > 0) DispatchMessageW(&msg);
       times.push_back(keys.sentAt - start);
     }
@@ -222,7 +197,7 @@ int wmain() {
     }));
     if (store.lstClip.ItemData(2) != 0) std::printf("  (the drag moved no row)\n");
     list.Hide(false);
-    PumpLongest();
+    Longest([] {});
   }
   std::printf("  add a row %7.2f   show %7.2f   scroll %7.2f   drag a row %7.2f\n", Median(fill),
               Median(show), Median(scroll), Median(drag));

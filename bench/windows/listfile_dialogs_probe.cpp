@@ -5,21 +5,9 @@
 
 #include <string>
 
+#include "fakes/FakePorts.h"
 #include "listfiles/win32/OpenContextWindow.h"
 #include "listfiles/win32/PasswordWindow.h"
-
-namespace {
-class NoConsumer final : public mq::PasswordConsumer {
- public:
-  mq::PassVerdict UsePassword(mq::PassMode, mq::TextView) override { return mq::PassVerdict::Done; }
-};
-class NoMessages final : public mq::MessageBoxes {
- public:
-  mq::MsgResult Show(mq::TextView, mq::TextView, mq::MsgIcon, mq::MsgButtons) override {
-    return mq::MsgResult::Ok;
-  }
-};
-}  // namespace
 
 int wmain(int argc, wchar_t** argv) {
   using namespace mq::win32;
@@ -30,11 +18,16 @@ int wmain(int argc, wchar_t** argv) {
     set(reinterpret_cast<HANDLE>(-4));  // DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2
   const std::wstring what = argc > 1 ? argv[1] : L"popup";
   const int dpi = static_cast<int>(DpiOfSystem());
+  auto scaled = [dpi](int pixels) { return MulDiv(pixels, dpi, 96); };
   HWND owner = CreateWindowExW(0, L"Static", L"Clip List", WS_POPUP | WS_BORDER | WS_VISIBLE,
-                               MulDiv(40, dpi, 96), MulDiv(40, dpi, 96), MulDiv(250, dpi, 96),
-                               MulDiv(220, dpi, 96), nullptr, nullptr, nullptr, nullptr);
-  NoMessages messages;
-  NoConsumer consumer;
+                               scaled(40), scaled(40), scaled(250), scaled(220), nullptr, nullptr,
+                               nullptr, nullptr);
+  struct : mq::PasswordConsumer {
+    mq::PassVerdict UsePassword(mq::PassMode, mq::TextView) override {
+      return mq::PassVerdict::Done;
+    }
+  } consumer;
+  mq::test::FakeMessageBoxes messages;
   mq::frmPass model(messages);
   PasswordWindow pass(model, [owner] { return owner; });
   model.SetView(&pass);
@@ -42,12 +35,11 @@ int wmain(int argc, wchar_t** argv) {
   if (what == L"popup") {
     RECT r{};
     GetWindowRect(owner, &r);
-    const int button = MulDiv(24, dpi, 96);
-    popup.Show({r.left + MulDiv(120, dpi, 96), r.bottom - button - 4, r.left + MulDiv(120, dpi, 96) + button, r.bottom - 4});
+    const int left = r.left + scaled(120), size = scaled(24);
+    popup.Show({left, r.bottom - size - 4, left + size, r.bottom - 4});
   } else {
     model.Show(what == L"save" ? mq::PassMode::Save : mq::PassMode::Load, consumer);
-    // Something typed, to show the bullets.
-    SetWindowTextW(pass.Box(0), L"secret");
+    SetWindowTextW(pass.Box(0), L"secret");  // something typed, to show the bullets
   }
   // Gone by itself once the screenshot is taken.
   SetTimer(nullptr, 0, 6000, [](HWND, UINT, UINT_PTR, DWORD) { PostQuitMessage(0); });

@@ -11,16 +11,14 @@
 
 #include <array>
 #include <cmath>
+#include <cstdarg>
 #include <cstdio>
-#include <cstring>
 #include <deque>
 #include <random>
-#include <string>
-#include <vector>
 
 #include "ListFiles.h"
-#include "clipboard/ClipStore.h"
 #include "Probe.h"
+#include "clipboard/ClipStore.h"
 
 using namespace e2e;
 
@@ -69,8 +67,14 @@ class Soak {
   bool WaitCount(size_t n, Duration timeout = 30s) const {
     return WaitFor([&] { return Count() == static_cast<LRESULT>(n); }, timeout, 10ms);
   }
-  void Problem(const std::string& what) {
-    if (++problems_ <= 20) std::printf("  problem: %s\n", what.c_str());
+  [[gnu::format(printf, 2, 3)]] void Problem(const char* format, ...) {
+    if (++problems_ > 20) return;  // the first ones tell enough
+    va_list args;
+    va_start(args, format);
+    std::printf("  problem: ");
+    std::vprintf(format, args);
+    std::printf("\n");
+    va_end(args);
   }
   // The copies in order, as the list shows them: a row keeps the start of its entry.
   std::vector<std::wstring> Rows() const {
@@ -84,7 +88,6 @@ class Soak {
   bool Toggle(bool shown);
   void ViewerAndSettings();
   void SaveAndLoad(int round);
-  void Clear();
 
   Plan plan_;
   Marquill app_;
@@ -93,36 +96,33 @@ class Soak {
   std::mt19937 random_{20240601u};  // the same run every time
   double Unit() { return std::uniform_real_distribution<double>()(random_); }
   std::wstring folder_;
-  int serial_ = 0, problems_ = 0;
-  int copies_ = 0, privateCopies_ = 0, pastes_ = 0, showHides_ = 0, saveLoads_ = 0, dialogs_ = 0;
+  int problems_ = 0, copies_ = 0, privateCopies_ = 0, pastes_ = 0, showHides_ = 0,
+      saveLoads_ = 0, dialogs_ = 0;
   UINT private_ = RegisterClipboardFormatW(L"ExcludeClipboardContentFromMonitorProcessing");
 };
 
 void Soak::CopyOne() {
-  const int serial = ++serial_;
+  const int serial = ++copies_;
   // Sizes spread evenly on a log scale from 10 bytes to 1 MB.
   const size_t bytes =
       static_cast<size_t>(std::exp(std::log(10.0) + Unit() * std::log(plan_.maxBytes / 10.0)));
   const bool rich = Unit() < 0.3, secret = Unit() < 0.1;
   const std::string words = probe::Words(std::max<size_t>(bytes / 2, 2), serial);
   Entry entry{probe::Wide(words), rich};
-  std::vector<std::pair<UINT, std::string>> formats{{CF_UNICODETEXT, probe::Utf16(entry.text)}};
-  if (rich) formats.push_back(probe::RtfFormat(probe::Rtf(words)));
+  probe::Formats formats = probe::Copy(entry.text, rich ? probe::Rtf(words) : "");
   if (secret) formats.push_back({private_, std::string(4, '\0')});
   const ULONGLONG start = GetTickCount64();
-  if (!PutClipboard(formats))
-    Problem("copy " + std::to_string(serial) + " could not be put on the clipboard");
-  ++copies_;
+  if (!PutClipboard(formats)) Problem("copy %d could not be put on the clipboard", serial);
   if (secret) {
     ++privateCopies_;
     Pump(300ms);
     if (Count() != static_cast<LRESULT>(expected_.size()))
-      Problem("private copy " + std::to_string(serial) + " was captured");
+      Problem("private copy %d was captured", serial);
   } else if (WaitCount(expected_.size() + 1)) {
     expected_.push_back(std::move(entry));
   } else {
-    Problem("copy " + std::to_string(serial) + " was not captured");
-    WaitFor([] { return false; }, 300ms);
+    Problem("copy %d was not captured", serial);
+    Pump(300ms);
   }
   // The next copy comes after the capture debounce.
   while (GetTickCount64() - start < 300) Pump(10ms);
@@ -132,21 +132,19 @@ void Soak::PasteOne() {
   if (expected_.empty()) return;
   const Entry first = expected_.front();
   CtrlTap('1');
-  if (!WaitCount(expected_.size() - 1)) {
-    Problem("paste " + std::to_string(pastes_ + 1) + " left the list as it was");
-    return;
-  }
+  if (!WaitCount(expected_.size() - 1))
+    return Problem("paste %d left the list as it was", pastes_ + 1);
   expected_.pop_front();
   ++pastes_;
   if (!first.rich && ClipboardText() != first.text)
-    Problem("paste " + std::to_string(pastes_) + " put another text on the clipboard");
+    Problem("paste %d put another text on the clipboard", pastes_);
   Pump(600ms);  // past the paste's echo window
 }
 
 bool Soak::Toggle(bool shown) {
   app_.TrayClick(WM_RBUTTONDOWN);  // the right click's action: show or hide the clip list
   if (!WaitFor([&] { return IsShown(window_) == shown; })) {
-    Problem(shown ? "the clip list window did not show" : "the clip list window did not hide");
+    Problem("the clip list window did not %s", shown ? "show" : "hide");
     return false;
   }
   Pump(400ms);  // the fade
@@ -158,22 +156,18 @@ void Soak::ViewerAndSettings() {
     SendMessageW(list_, LB_SETCURSEL, 0, 0);
     PostMessageW(window_, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(list_), LBN_DBLCLK),
                  reinterpret_cast<LPARAM>(list_));
-    HWND viewer = WaitForTopWindow(L"Clipboard Preview", 60s, nullptr, app_.Pid());
-    if (!viewer) {
-      Problem("the viewer did not open");
-    } else {
+    if (HWND viewer = WaitForTopWindow(L"Clipboard Preview", 60s, nullptr, app_.Pid())) {
       PostMessageW(viewer, WM_CLOSE, 0, 0);
       if (!WaitFor(
               [&] { return !IsShown(FindTopWindow(L"Clipboard Preview", nullptr, app_.Pid())); }))
         Problem("the viewer did not close");
+    } else {
+      Problem("the viewer did not open");
     }
   }
   CtrlTap('2');  // the first function hotkey's action: the settings dialog
   HWND dialog = WaitForTopWindow(L"Marquill Settings", 20s, nullptr, app_.Pid());
-  if (!dialog) {
-    Problem("the settings dialog did not open");
-    return;
-  }
+  if (!dialog) return Problem("the settings dialog did not open");
   PressButton(dialog, IDCANCEL);
   if (!WaitFor([&] { return !FindTopWindow(L"Marquill Settings", nullptr, app_.Pid()); }))
     Problem("the settings dialog did not close");
@@ -185,37 +179,24 @@ void Soak::SaveAndLoad(int round) {
   const std::wstring path = folder_ + L"\\round" + std::to_wstring(round) + L".mql";
   ClickButton(FindToolButton(window_, L"Save List"));
   if (!AnswerFileDialog(app_.Pid(), L"Save Marquill File", path) ||
-      !WaitFor([&] { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }, 60s)) {
-    Problem("round " + std::to_string(round) + ": the list was not saved");
-    return;
-  }
+      !WaitFor([&] { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }, 60s))
+    return Problem("round %d: the list was not saved", round);
   Pump(300ms);
   ClickButton(FindToolButton(window_, L"Load List"));
   HWND asNew = WaitForPopupButton(app_.Pid(), L"&Open as New");
   if (asNew) ClickButton(asNew);
-  if (!asNew || !AnswerFileDialog(app_.Pid(), L"Load Marquill File", path)) {
-    Problem("round " + std::to_string(round) + ": the list could not be loaded");
-    return;
-  }
+  if (!asNew || !AnswerFileDialog(app_.Pid(), L"Load Marquill File", path))
+    return Problem("round %d: the list could not be loaded", round);
   if (!WaitFor([&] { return ListBoxRows(list_) == Rows(); }, 120s))
-    Problem("round " + std::to_string(round) + ": the loaded list differs from the saved one");
+    Problem("round %d: the loaded list differs from the saved one", round);
   DeleteFileW(path.c_str());
   ++saveLoads_;
 }
 
-void Soak::Clear() {
-  if (Count() == 0) return;
-  PostMessageW(FindWindowExW(window_, nullptr, nullptr, L"&Clear List"), BM_CLICK, 0, 0);
-  if (HWND box = WaitForMessageBox(L"Clear List?", 10s, app_.Pid())) PressButton(box, IDYES);
-  if (!WaitCount(0)) Problem("the list was not cleared");
-  expected_.clear();
-}
-
 int Soak::Run() {
   if (!RunningUnderWine() && !GetEnvironmentVariableW(L"MARQUILL_E2E_ON_WINDOWS", nullptr, 0)) {
-    std::printf(
-        "the soak rewrites the settings; set MARQUILL_E2E_ON_WINDOWS=1 "
-        "to run it on Windows\n");
+    std::printf("the soak rewrites the settings; set MARQUILL_E2E_ON_WINDOWS=1 to run it on "
+                "Windows\n");
     return 2;
   }
   wchar_t base[MAX_PATH];
@@ -226,10 +207,7 @@ int Soak::Run() {
   // A right click shows and hides the list; CTRL+2 opens the settings dialog.
   WriteSettings({{L"Set_RC_Op", L"2"}, {L"Set_H0_Op", L"8"}});
   // Built into bench/, beside the folder of marquill.exe.
-  std::wstring exe = MarquillPath();
-  if (GetFileAttributesW(exe.c_str()) == INVALID_FILE_ATTRIBUTES)
-    exe = ProgramFolder() + L"\\..\\marquill.exe";
-  if (!app_.Start(exe) || !app_.WaitReady()) {
+  if (!app_.Start(ProgramFolder() + L"\\..\\marquill.exe") || !app_.WaitReady()) {
     std::printf("marquill.exe did not start\n");
     return 1;
   }
@@ -249,13 +227,17 @@ int Soak::Run() {
     ViewerAndSettings();
     SaveAndLoad(round);
     if (ListBoxRows(list_) != Rows())
-      Problem("round " + std::to_string(round) + ": the list is not the copies in order");
-    Clear();
+      Problem("round %d: the list is not the copies in order", round);
+    if (Count() > 0) {  // cleared with its button, as a user would
+      PostMessageW(FindWindowExW(window_, nullptr, nullptr, L"&Clear List"), BM_CLICK, 0, 0);
+      if (HWND box = WaitForMessageBox(L"Clear List?", 10s, app_.Pid())) PressButton(box, IDYES);
+      if (!WaitCount(0)) Problem("the list was not cleared");
+      expected_.clear();
+    }
     Toggle(false);
     ++showHides_;
     for (int i = 1; i < plan_.showHides; ++i) showHides_ += Toggle(true) && Toggle(false);
-    std::printf("round %d of %d: %d copies, %d problems\n", round, plan_.rounds, copies_,
-                problems_);
+    std::printf("round %d of %d: %d copies, %d problems\n", round, plan_.rounds, copies_, problems_);
     std::fflush(stdout);
     for (int quarter = 1; quarter <= 4; ++quarter)
       if (round == (plan_.rounds * quarter + 3) / 4 && samples.back().first < quarter * 25)
@@ -264,27 +246,25 @@ int Soak::Run() {
   const double minutes = static_cast<double>(GetTickCount64() - started) / 60000.0;
   const bool alive = app_.Running();
 
-  std::printf(
-      "\n%d copies (%d private), %d pastes, %d shows and hides, %d "
-      "saves and loads, "
-      "%d settings dialogs and viewers in %.1f min\n",
-      copies_, privateCopies_, pastes_, showHides_, saveLoads_, dialogs_, minutes);
+  std::printf("\n%d copies (%d private), %d pastes, %d shows and hides, %d saves and loads, "
+              "%d settings dialogs and viewers in %.1f min\n",
+              copies_, privateCopies_, pastes_, showHides_, saveLoads_, dialogs_, minutes);
   std::printf("%6s", "done");
   for (const char* name : kCounterNames) std::printf(" %13s", name);
   for (const auto& [percent, c] : samples) {
     std::printf("\n%5d%%", percent);
     for (double value : c) std::printf(" %13.1f", value);
   }
-  for (size_t k = 0; k < Counters().size(); ++k)
-    if (samples.front().second[k] == 0)
-      std::printf("\n%s: not supported here (always 0)", kCounterNames[k]);
   // Flat after warm-up: every later figure within 2 % of the one at 25 % (at least one object
   // for the small counts).
   bool flat = samples.size() >= 3;
-  for (size_t i = 2; flat && i < samples.size(); ++i)
-    for (size_t k = 0; k < Counters().size(); ++k)
+  for (size_t k = 0; k < Counters().size(); ++k) {
+    if (samples.front().second[k] == 0)
+      std::printf("\n%s: not supported here (always 0)", kCounterNames[k]);
+    for (size_t i = 2; i < samples.size(); ++i)
       flat = flat && samples[i].second[k] <=
                          samples[1].second[k] + std::max(samples[1].second[k] * 0.02, 1.0);
+  }
   std::printf("\nflat after warm-up: %s; still running: %s; problems: %d\n", flat ? "yes" : "NO",
               alive ? "yes" : "NO", problems_);
   app_.Close();

@@ -4,66 +4,49 @@
 // The programs take turns, run after run, so a change in the machine's load falls on all of
 // them alike. Each run prints "ready NAME run N: X.X ms pid P" as soon as the program is
 // ready, then keeps it running HOLD_MS (so its memory can be read from outside) and closes
-// it. At the end one line per program: "NAME median X.X min X.X max X.X ms over N runs".
-#include <windows.h>
-
+// it; scripts/measure-startup takes the figures from these lines.
 #include <cstdio>
-#include <string>
-#include <vector>
+#include <cwchar>
 
-#include "Timing.h"
+#include "Probe.h"
 
 namespace {
 
-BOOL CALLBACK CloseWindowsOf(HWND hwnd, LPARAM pid) {
-  DWORD owner = 0;
-  GetWindowThreadProcessId(hwnd, &owner);
-  wchar_t cls[64];
-  GetClassNameW(hwnd, cls, 64);
-  if (owner == static_cast<DWORD>(pid) && std::wstring(cls).find(L"Main") != std::wstring::npos)
-    PostMessageW(hwnd, WM_CLOSE, 0, 0);
-  return TRUE;
-}
-
-std::wstring BaseName(const std::wstring& path) {
-  return path.substr(path.find_last_of(L"\\/") + 1);
-}
-
-// One start of the program; the time to ready in ms, or a negative number when it failed.
-double RunOnce(const std::wstring& program, int run, DWORD hold) {
+// One start of the program; false when it did not start or ended before it was ready.
+bool RunOnce(const std::wstring& program, int run, DWORD hold) {
   STARTUPINFOW si{};
   si.cb = sizeof(si);
   PROCESS_INFORMATION pi{};
   std::wstring command = L"\"" + program + L"\"";
-  const double start = NowMs();
+  const double start = probe::NowMs();
   if (!CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                      nullptr, &si, &pi)) {
-    fwprintf(stderr, L"cannot start %ls\n", program.c_str());
-    return -1;
-  }
-  const std::wstring name = L"Local\\Olvenar.Marquill.Ready." + std::to_wstring(pi.dwProcessId);
+                      nullptr, &si, &pi))
+    return false;
+  const std::wstring event = L"Local\\Olvenar.Marquill.Ready." + std::to_wstring(pi.dwProcessId);
   HANDLE ready = nullptr;
-  while (!(ready = OpenEventW(SYNCHRONIZE, FALSE, name.c_str()))) {
-    if (WaitForSingleObject(pi.hProcess, 0) == WAIT_OBJECT_0) break;
+  // Spun, not polled: a poll's sleep would be a fair part of a bare program's time.
+  while (!(ready = OpenEventW(SYNCHRONIZE, FALSE, event.c_str())) &&
+         WaitForSingleObject(pi.hProcess, 0) == WAIT_TIMEOUT)
     Sleep(0);
-  }
-  double elapsed = -1;
   if (ready) {
     WaitForSingleObject(ready, INFINITE);
-    elapsed = NowMs() - start;
+    const double elapsed = probe::NowMs() - start;
     CloseHandle(ready);
-    wprintf(L"ready %ls run %d: %.1f ms pid %lu\n", BaseName(program).c_str(), run, elapsed,
-            pi.dwProcessId);
+    wprintf(L"ready %ls run %d: %.1f ms pid %lu\n",
+            program.substr(program.find_last_of(L"\\/") + 1).c_str(), run, elapsed, pi.dwProcessId);
     fflush(stdout);
-    if (hold) Sleep(hold);
-  } else {
-    fwprintf(stderr, L"%ls ended before it was ready\n", program.c_str());
+    Sleep(hold);
   }
-  EnumWindows(CloseWindowsOf, static_cast<LPARAM>(pi.dwProcessId));
+  // Closed as the shell closes it: through its main window ("MarquillMain", "BareMain").
+  for (HWND window : e2e::FindTopWindows(nullptr, nullptr, pi.dwProcessId)) {
+    wchar_t cls[64] = {};
+    GetClassNameW(window, cls, 64);
+    if (wcsstr(cls, L"Main")) PostMessageW(window, WM_CLOSE, 0, 0);
+  }
   if (WaitForSingleObject(pi.hProcess, 10000) != WAIT_OBJECT_0) TerminateProcess(pi.hProcess, 1);
   CloseHandle(pi.hThread);
   CloseHandle(pi.hProcess);
-  return elapsed;
+  return ready != nullptr;
 }
 
 }  // namespace
@@ -73,21 +56,11 @@ int wmain(int argc, wchar_t** argv) {
     fwprintf(stderr, L"usage: startup_probe RUNS HOLD_MS PROGRAM [PROGRAM...]\n");
     return 2;
   }
-  const int runs = _wtoi(argv[1]);
-  const DWORD hold = static_cast<DWORD>(_wtoi(argv[2]));
-  std::vector<std::wstring> programs(argv + 3, argv + argc);
-  std::vector<std::vector<double>> times(programs.size());
-  for (int run = 1; run <= runs; ++run) {
-    for (size_t p = 0; p < programs.size(); ++p) {
-      const double t = RunOnce(programs[p], run, hold);
-      if (t < 0) return 1;
-      times[p].push_back(t);
-    }
-  }
-  for (size_t p = 0; p < programs.size(); ++p) {
-    const auto [lo, hi] = std::minmax_element(times[p].begin(), times[p].end());
-    wprintf(L"%ls median %.1f min %.1f max %.1f ms over %zu runs\n", BaseName(programs[p]).c_str(),
-            Median(times[p]), *lo, *hi, times[p].size());
-  }
+  for (int run = 1; run <= _wtoi(argv[1]); ++run)
+    for (int p = 3; p < argc; ++p)
+      if (!RunOnce(argv[p], run, static_cast<DWORD>(_wtoi(argv[2])))) {
+        fwprintf(stderr, L"%ls did not start or ended before it was ready\n", argv[p]);
+        return 1;
+      }
   return 0;
 }
