@@ -288,10 +288,10 @@ TEST_F(Capture, PasteRotatesOrConsumesAndIgnoresItsEcho) {
 
 TEST_F(Capture, PasteOfRichTextPutsOnlyRichTextAndFailedWritesChangeNothing) {
   CopyRich("{\\rtf1 \\b bold}", u"bold");
-  ops.PasteFirstEntry(true);
+  Copy(u"kept");
+  ASSERT_TRUE(ops.PasteFirstEntry(true));
   EXPECT_TRUE(clipboard.hasRich && !clipboard.hasText);
   EXPECT_EQ(clipboard.rtf, "{\\rtf1 \\b bold}");
-  Copy(u"kept");
   clipboard.failWrites = true;
   EXPECT_FALSE(ops.PasteFirstEntry(true));
   EXPECT_FALSE(ops.SelfWrite());

@@ -14,15 +14,8 @@ constexpr uint32_t CTRL = MOD_CONTROL_BIT;
 
 // A CTRL control that counts its presses and records its errors as "message @ source".
 struct Control : VBHotKey {
-  static Design Ctrl(int32_t vkey) {
-    Design d;
-    d.CtrlKey = true;
-    d.WinKey = false;
-    d.VKey = vkey;
-    return d;
-  }
   Control(FakeHotkeySystem& sys, HotkeyControls& controls, int32_t vkey, bool start = true)
-      : VBHotKey(sys, controls, Ctrl(vkey)) {
+      : VBHotKey(sys, controls, {.CtrlKey = true, .VKey = vkey, .WinKey = false}) {
     HotkeyPressed = [this] { ++presses; };
     ErrorOccured = [this](TextView m, TextView s) { errors.push_back(ToUtf8(m) + " @ " + ToUtf8(s)); };
     if (start) Start();
