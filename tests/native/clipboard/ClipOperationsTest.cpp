@@ -96,6 +96,9 @@ TEST_F(Capture, LongSilencesNeverHoldCaptureOrTheEchoRuleBack) {
   EXPECT_EQ(RowTexts(list).back(), "\tB");
 }
 
+// What a copy stores: the row, then the entry's format and content. A document's own text
+// beside it stands in for the box's reading of it unless the case operation changes the
+// text; with or without that text the stored entry is the same.
 TEST_F(Capture, FormattingAndCaseDecideWhatIsStored) {
   clipboard.SetText(u"secret");  // private content is never captured
   clipboard.isPrivate = true;
@@ -108,60 +111,50 @@ TEST_F(Capture, FormattingAndCaseDecideWhatIsStored) {
     const char16_t* plain;
     bool purge;
     int16_t caseOp;
-    const char* stored;  // the row, then the entry
+    bool boxUsed;  // with the text beside the document
+    const char* stored;
   } cases[] = {
-      {"{\\rtf1 \\i Other}", u"Other", true, kCaseNone, "\tOther p Other"},
-      {nullptr, u"hello World", false, kCaseUpper, "\tHELLO WORLD p HELLO WORLD"},
-      {"{\\rtf1 \\b mIXED\\b0  case}", u"mIXED case", false, kCaseStandardize,
+      {"{\\rtf1 \\b Hello\\b0  world}", u"Hello world", false, kCaseNone, false,
+       "+\tHello world R {\\rtf1 \\b Hello\\b0  world}"},
+      {"{\\rtf1 \\b LOUD 42}", u"LOUD 42", false, kCaseUpper, false, "+\tLOUD 42 R {\\rtf1 \\b LOUD 42}"},
+      {"{\\rtf1 \\i quiet}", u"quiet", false, kCaseLower, false, "+\tquiet R {\\rtf1 \\i quiet}"},
+      {"{\\rtf1 Title Case}", u"Title Case", false, kCaseStandardize, false,
+       "+\tTitle Case R {\\rtf1 Title Case}"},
+      {"{\\rtf1 \\b mIXED}", u"mIXED", false, kCaseUpper, true, "+\tMIXED R {\\rtf1 MIXED}"},
+      {"{\\rtf1 \\b mIXED\\b0  case}", u"mIXED case", false, kCaseStandardize, true,
        "+\tMixed Case R {\\rtf1 Mixed Case}"},
-      {"not rtf at all", u"fallback", false, kCaseNone, "\tfallback p fallback"},
       // An empty text beside the document says nothing about it: the box reads the document.
-      {"{\\rtf1 \\b kept}", u"", false, kCaseNone, "+\tkept R {\\rtf1 \\b kept}"},
+      {"{\\rtf1 \\b kept}", u"", false, kCaseNone, true, "+\tkept R {\\rtf1 \\b kept}"},
       // A document that starts after blank space is still rich text.
-      {"\r\n {\\rtf1 pad}", u"pad", false, kCaseNone, "+\tpad R \r\n {\\rtf1 pad}"},
+      {"\r\n {\\rtf1 pad}", u"pad", false, kCaseNone, false, "+\tpad R \r\n {\\rtf1 pad}"},
+      {"{\\rtf1 \\i Other}", u"Other", true, kCaseNone, false, "\tOther p Other"},
+      {"not rtf at all", u"fallback", false, kCaseNone, true, "\tfallback p fallback"},
+      {nullptr, u"hello World", false, kCaseUpper, false, "\tHELLO WORLD p HELLO WORLD"},
   };
   for (const auto& c : cases) {
+    SCOPED_TRACE(c.stored);
     purge = c.purge;
     caseOp = c.caseOp;
-    if (c.rtf) CopyRich(c.rtf, c.plain);
-    else Copy(c.plain);
-    EXPECT_EQ(Last(), c.stored);
-    EXPECT_TRUE(box.Document().empty()) << "the conversion box is emptied after use";
-  }
-  // The identical-content check compares the content as read, before the case change.
-  caseOp = kCaseUpper;
-  Copy(u"hello World");
-  Copy(u"hello World");
-  EXPECT_EQ(list.ListCount(), 7);
-  EXPECT_TRUE(messages.shown.empty());
-}
-
-// The clipboard's own text beside a document stands in for the box's reading of it, unless
-// the case operation changes the text; either way the stored entry is the same.
-TEST_F(Capture, RichTextBesideItsTextSkipsTheBoxWhenTheCaseLeavesItAlone) {
-  const std::tuple<const char*, const char16_t*, int16_t, bool> table[] = {
-      {"{\\rtf1 \\b Hello\\b0  world}", u"Hello world", kCaseNone, false},
-      {"{\\rtf1 \\b LOUD 42}", u"LOUD 42", kCaseUpper, false},
-      {"{\\rtf1 \\i quiet}", u"quiet", kCaseLower, false},
-      {"{\\rtf1 Title Case}", u"Title Case", kCaseStandardize, false},
-      {"{\\rtf1 \\b mIXED}", u"mIXED", kCaseUpper, true},
-      {"{\\rtf1 two words}", u"two words", kCaseStandardize, true},
-  };
-  for (const auto& [rtf, plain, op, boxUsed] : table) {
-    caseOp = op;
-    std::string stored[2];
-    for (bool withText : {false, true}) {
-      clipboard.SetPicture();  // a copy in between, so the same document is captured again
+    // Returns whether the box was loaded.
+    auto copy = [&](bool withText) {
+      clipboard.SetPicture();  // a copy in between, so the same content is captured again
       Notice();
       const int loads = box.loads;
-      clipboard.SetRich(rtf, withText, withText ? TextView(plain) : TextView());
+      if (c.rtf) clipboard.SetRich(c.rtf, withText, withText ? TextView(c.plain) : TextView());
+      else clipboard.SetText(c.plain);
       Notice();
-      stored[withText] = Last();
-      EXPECT_EQ(box.loads > loads, !withText || boxUsed) << rtf;
-    }
-    EXPECT_EQ(stored[1], stored[0]);
-    if (!boxUsed) EXPECT_EQ(stored[1], "+\t" + ToUtf8(plain) + " R " + rtf);
+      EXPECT_EQ(Last(), c.stored);
+      EXPECT_TRUE(box.Document().empty()) << "the conversion box is emptied after use";
+      return box.loads > loads;
+    };
+    EXPECT_EQ(copy(true), c.boxUsed);
+    if (c.stored[0] == '+') EXPECT_TRUE(copy(false)) << "nothing beside it: the box reads it";
   }
+  // The identical-content check compares the content as read, before the case change.
+  const int rows = list.ListCount();
+  Copy(u"hello World");
+  EXPECT_EQ(list.ListCount(), rows);
+  EXPECT_TRUE(messages.shown.empty());
 }
 
 // Entries longer than a row can show: the slot keeps every character, the row its start,
