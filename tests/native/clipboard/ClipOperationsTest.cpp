@@ -144,7 +144,7 @@ TEST_F(Capture, FormattingAndCaseDecideWhatIsStored) {
       else clipboard.SetText(c.plain);
       Notice();
       EXPECT_EQ(Last(), c.stored);
-      EXPECT_TRUE(box.Document().empty()) << "the conversion box is emptied after use";
+      EXPECT_TRUE(box.Rtf().empty()) << "the conversion box is emptied after use";
       return box.loads > loads;
     };
     EXPECT_EQ(copy(true), c.boxUsed);
