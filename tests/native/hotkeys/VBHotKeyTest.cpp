@@ -15,7 +15,8 @@ constexpr uint32_t CTRL = MOD_CONTROL_BIT;
 // A CTRL control that counts its presses and records its errors as "message @ source".
 struct Control : VBHotKey {
   Control(FakeHotkeySystem& sys, HotkeyControls& controls, int32_t vkey, bool start = true)
-      : VBHotKey(sys, controls, {.CtrlKey = true, .VKey = vkey, .WinKey = false}) {
+      : VBHotKey(sys, controls, {.AltKey = false, .ShiftKey = false, .CtrlKey = true, .VKey = vkey,
+                                 .WinKey = false}) {
     HotkeyPressed = [this] { ++presses; };
     ErrorOccured = [this](TextView m, TextView s) { errors.push_back(ToUtf8(m) + " @ " + ToUtf8(s)); };
     if (start) Start();
