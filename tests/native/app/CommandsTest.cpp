@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "app/MainHarness.h"
 #include "ui/modMenus.h"
 
@@ -15,8 +17,8 @@ struct Loaded : MainHarness {
     messages.shown.clear();
   }
   std::string LastNotice() const {
-    if (flash.shown.empty()) return "<none>";
-    const FlashModel& m = flash.shown.back();
+    if (shell.notices.empty()) return "<none>";
+    const FlashModel& m = shell.notices.back();
     if (m.lblOpVisible) return ToUtf8(m.lblOpCaption);
     return m.picIconVisible[0] ? "<enabled image>" : m.picIconVisible[1] ? "<disabled image>" : "";
   }
@@ -38,7 +40,7 @@ TEST(TrayCommands, EnableTogglesEverythingThatShowsTheState) {
     const FlashModel& f = h.main.frmFlash();
     return Look(h.main.mnuEnable()) + (h.main.mnuFormat().enabled ? " format" : "") +
            (h.main.mnuOpHead().enabled ? " case" : "") + " Cur_En=" + h.port.Get(u"Cur_En") +
-           " icon" + std::to_string(h.tray.icon) + " " + ToUtf8(h.main.mnuEnVal().caption) +
+           " icon" + std::to_string(h.shell.trayIcon) + " " + ToUtf8(h.main.mnuEnVal().caption) +
            " notice" + (f.picIconVisible[0] ? " on" : "") + (f.picIconVisible[1] ? " off" : "") +
            (f.lblOpVisible ? " text" : "");
   };
@@ -46,37 +48,33 @@ TEST(TrayCommands, EnableTogglesEverythingThatShowsTheState) {
   EXPECT_EQ(shown(), "Enable Me i2 Cur_En=2 icon102 -{Raised}[DISABLED] notice off");
   EXPECT_EQ(h.main.menuStyle().raisedLabelColor, Rgb(208, 0, 0));
   h.main.mnuFormat_Click();  // the icon follows the state after later changes too
-  EXPECT_EQ(h.tray.icon, 102);
+  EXPECT_EQ(h.shell.trayIcon, 102);
   h.main.mnuEnable_Click();
   EXPECT_EQ(shown(), "Disable Me i1 format case Cur_En=1 icon101 -{Raised}[ENABLED] notice on");
   EXPECT_EQ(h.main.menuStyle().raisedLabelColor, Rgb(0, 160, 0));
-  EXPECT_TRUE(h.flash.shown.empty()) << "the tray command prepares the notice, shows none";
+  EXPECT_TRUE(h.shell.notices.empty()) << "the tray command prepares the notice, shows none";
 }
 
 TEST(TrayCommands, ModeSwitchHidesTheListAndItsCommand) {
   Loaded h;
+  // The mode item, the list item and its separator when shown, the key and the tip.
+  auto mode = [&] {
+    return ToUtf8(h.main.mnuMode().caption) +
+           (h.main.mnuList().visible ? " | " + Look(h.main.mnuList()) : "") +
+           (h.main.mnuBar1().visible ? " -" : "") + " Cur_Mo=" + h.port.Get(u"Cur_Mo") + " " +
+           h.shell.trayTip;
+  };
   h.main.mnuList_Click();  // the clip list window is shown
   ASSERT_EQ(h.log.back(), "list.show fade");
   EXPECT_EQ(Look(h.main.mnuList()), "Hide Clip List I6 default");
   h.main.mnuMode_Click();
-  EXPECT_EQ(h.State(), "on single case0 [CaseChange (None) mnuOp_No] icon101 "
-                       "\"Marquill (Single No)\" fader 75/2/2");
-  EXPECT_EQ(ToUtf8(h.main.mnuMode().caption), "To Multi Mode");
-  EXPECT_FALSE(h.main.mnuList().visible);
-  EXPECT_FALSE(h.main.mnuBar1().visible);
-  EXPECT_EQ(h.port.Get(u"Cur_Mo"), "1");
-  EXPECT_EQ(h.Count("list.hide fade"), 1);
-  EXPECT_EQ(Look(h.main.mnuList()), "Show Clip List I6 default");
-
+  EXPECT_EQ(mode(), "To Multi Mode Cur_Mo=1 Marquill (Single No)");
+  EXPECT_EQ(std::count(h.log.begin(), h.log.end(), "list.hide fade"), 1);
   h.main.mnuMode_Click();
-  EXPECT_FALSE(h.main.SingleMode());
-  EXPECT_TRUE(h.main.mnuList().visible);
-  EXPECT_TRUE(h.main.mnuBar1().visible);
-  EXPECT_EQ(h.port.Get(u"Cur_Mo"), "2");
-  EXPECT_EQ(h.tray.tip, "Marquill (Multi No)");
+  EXPECT_EQ(mode(), "To Single Mode | Show Clip List I6 default - Cur_Mo=2 Marquill (Multi No)");
 }
 
-TEST(TrayCommands, ListFadesOnlyOnXpClassSystemsWithFadingOn) {
+TEST(TrayCommands, OlderSystemsGetTheClassicIconsAndNoFading) {
   MainHarness noFade;
   noFade.port.Set(u"Set_FS", u"0");
   noFade.main.Form_Load();
@@ -85,7 +83,9 @@ TEST(TrayCommands, ListFadesOnlyOnXpClassSystemsWithFadingOn) {
   MainHarness w2k;
   w2k.services.os = OsVersion{2, 5, 0, 2195, u"Service Pack 4"};  // no layered windows
   w2k.main.Form_Load();
-  EXPECT_EQ(w2k.main.IconBase(), 2);
+  EXPECT_EQ(w2k.shell.trayIcon, 103) << "the pre-XP icons";
+  w2k.main.mnuAbout_Click();
+  EXPECT_EQ(w2k.shell.aboutText, "Windows 2000 5.0 Build 2195 (Service Pack 4)");
   w2k.main.mnuList_Click();
   EXPECT_EQ(w2k.log.back(), "list.show");
   w2k.main.mnuList_Click();
@@ -97,7 +97,7 @@ TEST(TrayCommands, FormattingAndCaseCommandsSetKeysCaptionsAndTip) {
   h.main.mnuFormat_Click();
   EXPECT_TRUE(h.main.mnuFormat().checked);
   EXPECT_EQ(h.port.Get(u"Cur_Fm"), "2");
-  EXPECT_EQ(h.tray.tip, "Marquill (Multi Purge No)");
+  EXPECT_EQ(h.shell.trayTip, "Marquill (Multi Purge No)");
   h.main.mnuFormat_Click();
   EXPECT_EQ(h.port.Get(u"Cur_Fm"), "1");
   struct {
@@ -117,36 +117,21 @@ TEST(TrayCommands, FormattingAndCaseCommandsSetKeysCaptionsAndTip) {
   }
 }
 
-TEST(TrayCommands, CaseCommandsRewriteTheClipboardInSingleModeOnly) {
-  Loaded h;
-  h.clipboard.SetText(u"abc");
-  h.main.mnuOp_UC_Click();  // multi mode: only later captures change
-  EXPECT_EQ(ToUtf8(h.clipboard.text), "abc");
-  h.main.mnuMode_Click();
-  h.main.mnuOp_UC_Click();
-  EXPECT_EQ(ToUtf8(h.clipboard.text), "ABC");
-  EXPECT_EQ(h.list.lstClip.ListCount(), 0);
-  h.clipboard.SetText(u"MiXed");
-  h.main.mnuOp_No_Click();  // (No Change) rewrites nothing
-  EXPECT_EQ(ToUtf8(h.clipboard.text), "MiXed");
-}
-
-TEST(TrayCommands, HelpAboutSettingsAndExit) {
+TEST(TrayCommands, HelpSettingsAndExit) {
   Loaded h;
   h.main.mnuHelp_Click();
-  ASSERT_EQ(h.messages.shown.size(), 1u);
-  EXPECT_EQ(h.messages.shown[0].title.rfind("Error: ", 0), 0u);
-  EXPECT_NE(h.messages.shown[0].text.find("C:\\Apps\\Marquill\\mq2_help.chm"), std::string::npos);
   h.files.files[u"C:\\Apps\\Marquill\\mq2_help.chm"] = "ITSF";
   h.main.mnuHelp_Click();
   EXPECT_EQ(h.log.back(), "help C:\\Apps\\Marquill\\mq2_help.chm main");
-  h.view.helpWorks = false;
+  h.shell.helpWorks = false;
   h.main.mnuHelp_Click();
-  ASSERT_EQ(h.messages.shown.size(), 2u);
-  EXPECT_NE(h.messages.shown[1].text.find("HTML Help is not installed."), std::string::npos);
+  EXPECT_EQ(h.messages.Log(),
+            (std::vector<std::string>{"! Error: Help file missing: The help file "
+                                      "\"C:\\Apps\\Marquill\\mq2_help.chm\" could not be found.",
+                                      "! Error: Help unavailable: The help file "
+                                      "\"C:\\Apps\\Marquill\\mq2_help.chm\" could not be opened. "
+                                      "HTML Help is not installed."}));
 
-  h.main.mnuAbout_Click();
-  EXPECT_EQ(h.view.aboutText, "Windows NT 10.0 Build 19045 ()");
   h.main.mnuSettings_Click();
   EXPECT_EQ(h.log.back(), "settings");
   h.main.RunMenuCommand(frmMain::kCmdExit);
@@ -160,7 +145,7 @@ TEST(TrayIcon, OnlyTheButtonsPressedOnTheIconAct) {
   EXPECT_TRUE(h.log.empty());
   h.main.OnTrayNotify(0x0201);
   h.main.OnTrayNotify(0x0204);  // right button, nothing stored: "12" pops up the menu
-  EXPECT_EQ(h.Count("popup"), 2);
+  EXPECT_EQ(h.log, (std::vector<std::string>{"popup", "popup"}));
 }
 
 TEST(ActionCodes, EveryCodeDoesWhatItNames) {
@@ -177,26 +162,26 @@ TEST(ActionCodes, EveryCodeDoesWhatItNames) {
                {u"41", "Standardize", ""}, {u"41", "(No Change)", ""}, {u"41", "Standardize", ""},
                {u"63", "UPPER CASE", ""}, {u"63", "lower case", ""}};
   for (const auto& s : steps) {
-    size_t notices = h.flash.shown.size();
+    size_t notices = h.shell.notices.size();
     h.main.RunActionCode(s.code);
     if (*s.notice) EXPECT_EQ(h.LastNotice(), s.notice) << ToUtf8(s.code);
-    else EXPECT_EQ(h.flash.shown.size(), notices) << ToUtf8(s.code);
+    else EXPECT_EQ(h.shell.notices.size(), notices) << ToUtf8(s.code);
     if (*s.event) EXPECT_EQ(h.log.back(), s.event);
   }
   EXPECT_EQ(h.port.Get(u"Cur_Op"), "4");
   h.main.RunActionCode(u"70");
   EXPECT_EQ(h.main.CaseOp(), 0) << "lower case is selected: its Action 2 choice";
   h.main.RunActionCode(u"51");  // Standardize selected: "5" names no second case
-  size_t notices = h.flash.shown.size();
+  size_t notices = h.shell.notices.size();
   h.main.RunActionCode(u"5");
   EXPECT_EQ(h.main.CaseOp(), 1);
-  EXPECT_EQ(h.flash.shown.size(), notices);
+  EXPECT_EQ(h.shell.notices.size(), notices);
 
   // Codes that do nothing.
   size_t events = h.log.size(), writes = h.port.writes.size();
   for (const char16_t* code : {u"13", u"x", u"", u"-1"}) h.main.RunActionCode(code);
   EXPECT_EQ(h.log.size(), events);
-  EXPECT_EQ(h.flash.shown.size(), notices);
+  EXPECT_EQ(h.shell.notices.size(), notices);
   EXPECT_EQ(h.port.writes.size(), writes);
   h.main.RunActionCode(u"9");
   EXPECT_EQ(h.messages.shown.size(), 1u) << "help: the file is missing here";
@@ -204,7 +189,7 @@ TEST(ActionCodes, EveryCodeDoesWhatItNames) {
   EXPECT_TRUE(h.main.Unloaded());
 }
 
-TEST(Hotkeys, FunctionSlotsReadTheirCodeAtEveryPress) {
+TEST(Hotkeys, FunctionSlotsReadTheirCodeAtEveryPressAndPasteNeedsARow) {
   Loaded h;
   h.Press('3');
   EXPECT_EQ(h.port.Get(u"Set_H1_Op"), "3") << "the default is written when absent";
@@ -216,10 +201,7 @@ TEST(Hotkeys, FunctionSlotsReadTheirCodeAtEveryPress) {
   h.port.Set(u"Set_H1_Op", u"1");
   h.Press('3');
   EXPECT_TRUE(h.main.SingleMode());
-}
-
-TEST(Hotkeys, PasteNeedsARowButNotTheEnabledState) {
-  Loaded h;
+  // The paste hotkey needs a row, but not the enabled state.
   h.Press('1');
   EXPECT_EQ(h.keys.pastes, 0);
   h.store.Append(ClipEntry::Plain(u"entry"), u"entry");
@@ -231,7 +213,7 @@ TEST(Hotkeys, PasteNeedsARowButNotTheEnabledState) {
 }
 
 // Capture off, and single mode rewriting in place, are also checked end to end.
-TEST(ClipboardChanges, DependOnTheStateAndTheGuard) {
+TEST(ClipboardChanges, DependOnTheStateTheGuardAndTheMode) {
   Loaded h;
   auto copy = [&](const char16_t* text) {
     h.clock.Advance(1000);
@@ -253,27 +235,21 @@ TEST(ClipboardChanges, DependOnTheStateAndTheGuard) {
   h.clip.PasteFirstEntry(false);
   EXPECT_EQ(h.list.lstClip.ListCount(), 1) << "our own write";
   h.clipboard.onWrite = nullptr;
+  // A case command rewrites the clipboard itself in single mode only, and (No Change) never.
+  h.clipboard.SetText(u"abc");
+  h.main.mnuOp_UC_Click();  // multi mode: only later captures change
+  EXPECT_EQ(ToUtf8(h.clipboard.text), "abc");
   h.main.mnuMode_Click();
+  h.main.mnuOp_UC_Click();
+  EXPECT_EQ(ToUtf8(h.clipboard.text), "ABC");
+  h.clipboard.SetText(u"MiXed");
+  h.main.mnuOp_No_Click();
+  EXPECT_EQ(ToUtf8(h.clipboard.text), "MiXed");
+  // Each copy in single mode is rewritten in place, not captured.
   h.main.mnuOp_lc_Click();
   copy(u"Hello");
   EXPECT_EQ(ToUtf8(h.clipboard.text), "hello");
   EXPECT_EQ(h.list.lstClip.ListCount(), 1);
-}
-
-TEST(Notices, TextsFollowTheState) {
-  Loaded h;
-  const char* expected[] = {"Format", "(No Change)", "Standardize", "UPPER CASE", "lower case", "Multi"};
-  for (int code = 0; code <= 5; ++code) {
-    h.main.ShowNotice(code);
-    EXPECT_EQ(h.LastNotice(), expected[code]) << code;
-  }
-  h.main.SelectCaseByDigit(u"2");
-  EXPECT_EQ(h.main.CaseOp(), 2);
-  EXPECT_EQ(h.LastNotice(), "UPPER CASE");
-  size_t shown = h.flash.shown.size();
-  h.main.SelectCaseByDigit(u"4");
-  h.main.SelectCaseByDigit(u"");
-  EXPECT_EQ(h.flash.shown.size(), shown);
 }
 
 }  // namespace

@@ -27,20 +27,8 @@ class LoggingDisk : public MemoryDisk {
 };
 
 struct MainHarness {
-  MainHarness() { list.SetView(&listView); }
+  MainHarness() { list.SetView(&shell); }
 
-  // Counts the log entries that start with a prefix.
-  int Count(const std::string& prefix) const {
-    int n = 0;
-    for (const auto& e : log) n += e.rfind(prefix, 0) == 0;
-    return n;
-  }
-  // The position of the first entry starting with prefix, or -1.
-  int IndexOf(const std::string& prefix) const {
-    for (size_t i = 0; i < log.size(); ++i)
-      if (log[i].rfind(prefix, 0) == 0) return static_cast<int>(i);
-    return -1;
-  }
   bool CtrlKeyRegistered(uint32_t vkey) const { return hotkeys.IsRegistered(2, vkey); }
   // What the user sees of the main state: capture, mode, formatting, the case menu (its
   // header and the checked item), the tray icon and tip, and the clip list window's fader.
@@ -50,9 +38,10 @@ struct MainHarness {
       if (item->checked) checked += ToUtf8(item->name);
     return std::string(main.Enabled() ? "on" : "off") + (main.SingleMode() ? " single" : " multi") +
            (main.Purging() ? " purge" : "") + " case" + std::to_string(main.CaseOp()) + " [" +
-           ToUtf8(main.mnuOpHead().caption) + " " + checked + "] icon" + std::to_string(tray.icon) +
-           " \"" + tray.tip + "\" fader " + std::to_string(list.Fader1.opacity) + "/" +
-           std::to_string(list.Fader1.fadeIn) + "/" + std::to_string(list.Fader1.fadeOut) +
+           ToUtf8(main.mnuOpHead().caption) + " " + checked + "] icon" +
+           std::to_string(shell.trayIcon) + " \"" + shell.trayTip + "\" fader " +
+           std::to_string(list.Fader1.opacity) + "/" + std::to_string(list.Fader1.fadeIn) + "/" +
+           std::to_string(list.Fader1.fadeOut) +
            (main.NoFade() ? " nofade" : "");
   }
 
@@ -60,10 +49,7 @@ struct MainHarness {
   FakeSettings port;
   Settings settings{port};
   FakeMessageBoxes messages;
-  FakeTray tray{log};
-  FakeMainView view{log};
-  FakeFlash flash;
-  FakeListView listView{log};
+  FakeShell shell{log};
   LoggingDisk files{log};
   FakeHotkeySystem hotkeys;
   HotkeyControls hotkeyControls;
@@ -75,9 +61,8 @@ struct MainHarness {
   Latin1CaseMapper cases;
   FakeKeySender keys;
   ClipOperations clip{{store, clipboard, box, clock, cases, messages, keys}};
-  MainServices services{settings, messages, tray,   view,           flash,
-                        files,    hotkeys,  hotkeyControls, clip, list,
-                        OsVersion{2, 10, 0, 19045, u""}, u"C:\\Apps\\Marquill"};
+  MainServices services{settings, messages, shell, shell, shell, files, hotkeys, hotkeyControls,
+                        clip, list, OsVersion{2, 10, 0, 19045, u""}, u"C:\\Apps\\Marquill"};
   frmMain main{services};
 };
 

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <random>
 
 #include "fakes/FakePorts.h"
@@ -21,9 +20,9 @@ using Rows = std::vector<std::string>;
 
 class Capture : public ::testing::Test {
  protected:
-  // A user copy: new content, a notification well after the previous one.
-  void Copy(TextView text) {
-    clock.Advance(300);
+  // A user copy: new content, a notification ms after the previous one.
+  void Copy(TextView text, uint64_t ms = 300) {
+    clock.Advance(ms);
     clipboard.SetText(text);
     ops.AddClipEntry(purge, caseOp);
   }
@@ -67,10 +66,8 @@ TEST_F(Capture, IdenticalContentDebounceAndPictures) {
   Copy(u"A");
   EXPECT_EQ(list.ListCount(), 4);
   // Two notifications 100 ms apart: the second is not considered...
-  clipboard.SetText(u"C");
-  Notice();
-  clipboard.SetText(u"D");
-  Notice(100);
+  Copy(u"C");
+  Copy(u"D", 100);
   EXPECT_EQ(RowTexts(list).back(), "\tC");
   // ...and the debounce runs from the last attempt that passed it, not from the skipped one.
   Notice(150);
@@ -81,36 +78,27 @@ TEST_F(Capture, IdenticalContentDebounceAndPictures) {
 
 TEST_F(Capture, LongSilencesNeverHoldCaptureOrTheEchoRuleBack) {
   constexpr uint64_t kDay = 24ull * 60 * 60 * 1000;
-  for (uint64_t silence : {25 * kDay, 50 * kDay}) {
-    // Capture switched off for weeks, then five copies a minute apart: all five are stored.
-    clock.Advance(silence);
-    const int before = list.ListCount();
-    for (int i = 0; i < 5; ++i) {
-      clipboard.SetText(u"after " + ToDecimal(static_cast<long long>(silence / kDay)) + u" days " +
-                        ToDecimal(i));
-      Notice(60 * 1000);
-    }
-    ASSERT_EQ(list.ListCount(), before + 5) << silence / kDay << " days";
-  }
+  // Capture switched off for weeks (past 2^31 ms), then copies a minute apart: all stored.
+  clock.Advance(25 * kDay);
+  for (const char16_t* text : {u"after", u"silence"}) Copy(text, 60 * 1000);
+  EXPECT_EQ(RowTexts(list), (Rows{"\tafter", "\tsilence"}));
   // Copying exactly the last pasted text a month after the paste is a copy, not an echo.
-  Copy(u"pasted");
-  Copy(u"other");
   ASSERT_TRUE(ops.PasteFirstEntry(true));
-  clipboard.SetText(u"after 25 days 0");
   Notice(30 * kDay);
-  EXPECT_EQ(RowTexts(list).back(), "\tafter 25 days 0");
+  EXPECT_EQ(RowTexts(list), (Rows{"\tsilence", "\tafter"}));
   // Across 2^32 ms of uptime, where a 32-bit tick counter wraps: 0x110 ms is past the
   // debounce, 100 ms more is not.
   clock.now = 0xFFFFFF00u - 300;
   Copy(u"A");  // at 0xFFFFFF00
-  clipboard.SetText(u"B");
-  Notice(0x110);
+  Copy(u"B", 0x110);
   EXPECT_EQ(RowTexts(list).back(), "\tB");
-  clipboard.SetText(u"C");
-  Notice(100);
+  Copy(u"C", 100);
   EXPECT_EQ(RowTexts(list).back(), "\tB");
 }
 
+// What a copy stores: the row, then the entry's format and content. A document's own text
+// beside it stands in for the box's reading of it unless the case operation changes the
+// text; with or without that text the stored entry is the same.
 TEST_F(Capture, FormattingAndCaseDecideWhatIsStored) {
   clipboard.SetText(u"secret");  // private content is never captured
   clipboard.isPrivate = true;
@@ -123,63 +111,50 @@ TEST_F(Capture, FormattingAndCaseDecideWhatIsStored) {
     const char16_t* plain;
     bool purge;
     int16_t caseOp;
-    const char* stored;  // the row, then the entry
+    bool boxUsed;  // with the text beside the document
+    const char* stored;
   } cases[] = {
-      // No case change: the document is kept as loaded, formatting and all.
-      {"{\\rtf1 \\b Hello\\b0  world}", u"Hello world", false, kCaseNone,
+      {"{\\rtf1 \\b Hello\\b0  world}", u"Hello world", false, kCaseNone, false,
        "+\tHello world R {\\rtf1 \\b Hello\\b0  world}"},
-      {"{\\rtf1 \\i Other}", u"Other", true, kCaseNone, "\tOther p Other"},
-      {nullptr, u"hello World", false, kCaseUpper, "\tHELLO WORLD p HELLO WORLD"},
-      {"{\\rtf1 \\b mIXED\\b0  case}", u"mIXED case", false, kCaseStandardize,
+      {"{\\rtf1 \\b LOUD 42}", u"LOUD 42", false, kCaseUpper, false, "+\tLOUD 42 R {\\rtf1 \\b LOUD 42}"},
+      {"{\\rtf1 \\i quiet}", u"quiet", false, kCaseLower, false, "+\tquiet R {\\rtf1 \\i quiet}"},
+      {"{\\rtf1 Title Case}", u"Title Case", false, kCaseStandardize, false,
+       "+\tTitle Case R {\\rtf1 Title Case}"},
+      {"{\\rtf1 \\b mIXED}", u"mIXED", false, kCaseUpper, true, "+\tMIXED R {\\rtf1 MIXED}"},
+      {"{\\rtf1 \\b mIXED\\b0  case}", u"mIXED case", false, kCaseStandardize, true,
        "+\tMixed Case R {\\rtf1 Mixed Case}"},
-      {"not rtf at all", u"fallback", false, kCaseNone, "\tfallback p fallback"},
       // An empty text beside the document says nothing about it: the box reads the document.
-      {"{\\rtf1 \\b kept}", u"", false, kCaseNone, "+\tkept R {\\rtf1 \\b kept}"},
+      {"{\\rtf1 \\b kept}", u"", false, kCaseNone, true, "+\tkept R {\\rtf1 \\b kept}"},
       // A document that starts after blank space is still rich text.
-      {"\r\n {\\rtf1 pad}", u"pad", false, kCaseNone, "+\tpad R \r\n {\\rtf1 pad}"},
+      {"\r\n {\\rtf1 pad}", u"pad", false, kCaseNone, false, "+\tpad R \r\n {\\rtf1 pad}"},
+      {"{\\rtf1 \\i Other}", u"Other", true, kCaseNone, false, "\tOther p Other"},
+      {"not rtf at all", u"fallback", false, kCaseNone, true, "\tfallback p fallback"},
+      {nullptr, u"hello World", false, kCaseUpper, false, "\tHELLO WORLD p HELLO WORLD"},
   };
   for (const auto& c : cases) {
+    SCOPED_TRACE(c.stored);
     purge = c.purge;
     caseOp = c.caseOp;
-    if (c.rtf) CopyRich(c.rtf, c.plain);
-    else Copy(c.plain);
-    EXPECT_EQ(Last(), c.stored);
-    EXPECT_TRUE(box.Document().empty()) << "the conversion box is emptied after use";
-  }
-  // The identical-content check compares the content as read, before the case change.
-  caseOp = kCaseUpper;
-  Copy(u"hello World");
-  Copy(u"hello World");
-  EXPECT_EQ(list.ListCount(), 8);
-  EXPECT_TRUE(messages.shown.empty());
-}
-
-// The clipboard's own text beside a document stands in for the box's reading of it, unless
-// the case operation changes the text; either way the stored entry is the same.
-TEST_F(Capture, RichTextBesideItsTextSkipsTheBoxWhenTheCaseLeavesItAlone) {
-  const std::tuple<const char*, const char16_t*, int16_t, bool> table[] = {
-      {"{\\rtf1 \\b Hello\\b0  world}", u"Hello world", kCaseNone, false},
-      {"{\\rtf1 \\b LOUD 42}", u"LOUD 42", kCaseUpper, false},
-      {"{\\rtf1 \\i quiet}", u"quiet", kCaseLower, false},
-      {"{\\rtf1 Title Case}", u"Title Case", kCaseStandardize, false},
-      {"{\\rtf1 \\b mIXED}", u"mIXED", kCaseUpper, true},
-      {"{\\rtf1 two words}", u"two words", kCaseStandardize, true},
-  };
-  for (const auto& [rtf, plain, op, boxUsed] : table) {
-    caseOp = op;
-    std::string stored[2];
-    for (bool withText : {false, true}) {
-      clipboard.SetPicture();  // a copy in between, so the same document is captured again
+    // Returns whether the box was loaded.
+    auto copy = [&](bool withText) {
+      clipboard.SetPicture();  // a copy in between, so the same content is captured again
       Notice();
       const int loads = box.loads;
-      clipboard.SetRich(rtf, withText, withText ? TextView(plain) : TextView());
+      if (c.rtf) clipboard.SetRich(c.rtf, withText, withText ? TextView(c.plain) : TextView());
+      else clipboard.SetText(c.plain);
       Notice();
-      stored[withText] = Last();
-      EXPECT_EQ(box.loads > loads, !withText || boxUsed) << rtf;
-    }
-    EXPECT_EQ(stored[1], stored[0]);
-    if (!boxUsed) EXPECT_EQ(stored[1], "+\t" + ToUtf8(plain) + " R " + rtf);
+      EXPECT_EQ(Last(), c.stored);
+      EXPECT_TRUE(box.Rtf().empty()) << "the conversion box is emptied after use";
+      return box.loads > loads;
+    };
+    EXPECT_EQ(copy(true), c.boxUsed);
+    if (c.stored[0] == '+') EXPECT_TRUE(copy(false)) << "nothing beside it: the box reads it";
   }
+  // The identical-content check compares the content as read, before the case change.
+  const int rows = list.ListCount();
+  Copy(u"hello World");
+  EXPECT_EQ(list.ListCount(), rows);
+  EXPECT_TRUE(messages.shown.empty());
 }
 
 // Entries longer than a row can show: the slot keeps every character, the row its start,
@@ -250,8 +225,7 @@ TEST_F(Capture, OneRetryThenTheAccessMessage) {
   EXPECT_TRUE(ops.CaptureRetry()) << "cleared only when the message is shown";
   // While the retry flag stays set, the debounce lets every change through and the next
   // failure shows the message without a further retry.
-  clipboard.SetText(u"B");
-  Notice(10);
+  Copy(u"B", 10);
   EXPECT_EQ(list.ListCount(), 2);
   clipboard.failReads = 1;
   int readsBefore = clipboard.readCalls;
@@ -293,10 +267,8 @@ TEST_F(Capture, PasteRotatesOrConsumesAndIgnoresItsEcho) {
 
   // Too late to be our own echo: the pasted text is a copy again.
   ops.PasteFirstEntry(false);
-  clipboard.SetText(u"X");
-  Notice(600);
-  clipboard.SetText(u"B");
-  Notice();
+  Copy(u"X", 600);
+  Copy(u"B");
   EXPECT_EQ(RowTexts(list), (Rows{"\tC", "\tB", "\tX", "\tB"}));
   // The echo of a paste while the list is full reports nothing.
   for (int i = list.ListCount(); i < 100; ++i) Copy(u"fill " + ToDecimal(i));
@@ -309,10 +281,10 @@ TEST_F(Capture, PasteRotatesOrConsumesAndIgnoresItsEcho) {
 
 TEST_F(Capture, PasteOfRichTextPutsOnlyRichTextAndFailedWritesChangeNothing) {
   CopyRich("{\\rtf1 \\b bold}", u"bold");
-  ops.PasteFirstEntry(true);
+  Copy(u"kept");
+  ASSERT_TRUE(ops.PasteFirstEntry(true));
   EXPECT_TRUE(clipboard.hasRich && !clipboard.hasText);
   EXPECT_EQ(clipboard.rtf, "{\\rtf1 \\b bold}");
-  Copy(u"kept");
   clipboard.failWrites = true;
   EXPECT_FALSE(ops.PasteFirstEntry(true));
   EXPECT_FALSE(ops.SelfWrite());
@@ -332,9 +304,7 @@ TEST_F(Capture, InvariantsHoldAcrossMixedOperations) {
   }
 }
 
-class SingleMode : public Capture {};
-
-TEST_F(SingleMode, RewritesInPlace) {
+TEST_F(Capture, SingleModeRewritesInPlace) {
   clipboard.SetText(u"Hello");
   bool selfWrite = false;
   clipboard.onWrite = [&] { selfWrite = ops.SelfWrite(); };
@@ -365,15 +335,15 @@ TEST_F(SingleMode, RewritesInPlace) {
 // Another clipboard viewer that joined after us is notified first and hands each notice on
 // only after our own write has returned, so it reaches us with SelfWrite already clear. The
 // harness queues every notice a write causes and delivers it afterwards, as that viewer does.
-class SingleModeBehindAnotherViewer : public SingleMode {
+class SingleModeBehindAnotherViewer : public Capture {
  protected:
   // One user copy (already on the fake clipboard) and every echo that follows it; returns
   // the number of writes. Stops at 50 notices: a rewrite loop never settles.
-  int Settle(const std::function<void()>& first) {
+  int Copied() {
     int pending = 0;
     clipboard.onWrite = [&] { ++pending; };
     int before = clipboard.writes;
-    first();
+    ops.RewriteInPlace(purge, caseOp);
     for (int notices = 0; pending > 0 && notices < 50; ++notices) {
       --pending;
       EXPECT_FALSE(ops.SelfWrite());
@@ -383,7 +353,6 @@ class SingleModeBehindAnotherViewer : public SingleMode {
     clipboard.onWrite = nullptr;
     return clipboard.writes - before;
   }
-  int Copied() { return Settle([&] { ops.RewriteInPlace(purge, caseOp); }); }
 };
 
 TEST_F(SingleModeBehindAnotherViewer, EachCopyIsRewrittenAtMostOnce) {
@@ -392,9 +361,12 @@ TEST_F(SingleModeBehindAnotherViewer, EachCopyIsRewrittenAtMostOnce) {
   EXPECT_EQ(Copied(), 1);
   EXPECT_EQ(ToUtf8(clipboard.text), "MAKE ME LOUD");
 
-  // Rich text with its plain text beside it: rewritten once to the rich text alone.
+  // Rich text with its plain text beside it: rewritten once to the rich text alone, and its
+  // echo known for what it is without loading the box again.
   clipboard.SetRich("{\\rtf1 \\b quiet}", true, u"quiet");
+  const int loads = box.loads;
   EXPECT_EQ(Copied(), 1);
+  EXPECT_EQ(box.loads - loads, 1);
   EXPECT_EQ(clipboard.rtf, "{\\rtf1 QUIET}");
   EXPECT_FALSE(clipboard.hasText);
 
@@ -416,15 +388,6 @@ TEST_F(SingleModeBehindAnotherViewer, EachCopyIsRewrittenAtMostOnce) {
   EXPECT_EQ(Copied(), 1);
   EXPECT_FALSE(clipboard.hasRich);
   EXPECT_EQ(ToUtf8(clipboard.text), "MIXED");
-}
-
-// A case command's single rewrite behind another viewer is also checked end to end.
-TEST_F(SingleModeBehindAnotherViewer, TheEchoOfARichRewriteIsKnownBeforeTheBoxIsLoaded) {
-  caseOp = kCaseUpper;
-  clipboard.SetRich("{\\rtf1 \\i soft}", true, u"soft");
-  const int loadsBefore = box.loads;
-  EXPECT_EQ(Copied(), 1);
-  EXPECT_EQ(box.loads - loadsBefore, 1);
 }
 
 TEST(ApplyCaseOp, WordStartsOnlyAfterTheListedSeparators) {

@@ -15,47 +15,32 @@ namespace mq::test {
 class FakeHotkeySystem : public HotkeySystem {
  public:
   static constexpr uint32_t kAlreadyRegistered = 1409;  // ERROR_HOTKEY_ALREADY_REGISTERED
-
   struct Registration {
     intptr_t hwnd;
     int id;
-    uint32_t modifiers;
-    uint32_t vkey;
+    uint32_t modifiers, vkey;
   };
 
   uint16_t AddAtom(TextView name) override {
-    for (auto& [atom, entry] : atoms) {
-      if (entry.name == name) {
-        ++entry.refs;
-        return atom;
-      }
-    }
-    uint16_t atom = nextAtom++;
-    atoms[atom] = {Text(name), 1};
-    return atom;
+    for (auto& [atom, entry] : atoms)
+      if (entry.first == name) return ++entry.second, atom;
+    atoms[nextAtom] = {Text(name), 1};
+    return nextAtom++;
   }
   void DeleteAtom(uint16_t atom) override {
     auto it = atoms.find(atom);
-    if (it != atoms.end() && --it->second.refs == 0) atoms.erase(it);
+    if (it != atoms.end() && --it->second.second == 0) atoms.erase(it);
   }
-  Text AtomName(uint16_t atom) override {
-    auto it = atoms.find(atom);
-    return it == atoms.end() ? Text() : it->second.name;
-  }
+  Text AtomName(uint16_t atom) override { return atoms.count(atom) ? atoms[atom].first : Text(); }
   bool RegisterHotKey(intptr_t hwnd, int id, uint32_t modifiers, uint32_t vkey,
                       uint32_t& lastError) override {
     ++registerCalls;
-    for (const auto& r : registrations) {
-      // The system keys its table on the combination (MOD_NOREPEAT aside) and on window+id.
-      bool sameCombination = (r.modifiers & 0xF) == (modifiers & 0xF) && r.vkey == vkey;
-      if (sameCombination || (r.hwnd == hwnd && r.id == id)) {
-        lastError = kAlreadyRegistered;
-        return false;
-      }
-    }
-    registrations.push_back({hwnd, id, modifiers, vkey});
-    lastError = 0;
-    return true;
+    // The system keys its table on the combination and on window+id.
+    const bool taken = Owner(modifiers, vkey) || std::any_of(registrations.begin(), registrations.end(),
+        [&](const Registration& r) { return r.hwnd == hwnd && r.id == id; });
+    lastError = taken ? kAlreadyRegistered : 0;
+    if (!taken) registrations.push_back({hwnd, id, modifiers, vkey});
+    return !taken;
   }
   void UnregisterHotKey(intptr_t hwnd, int id) override {
     std::erase_if(registrations, [&](const Registration& r) { return r.hwnd == hwnd && r.id == id; });
@@ -66,42 +51,32 @@ class FakeHotkeySystem : public HotkeySystem {
   }
   intptr_t CreateHotkeyWindow() override {
     if (failWindows) return 0;
-    intptr_t hwnd = nextWindow;
     nextWindow += 4;
-    windows.insert(hwnd);
-    subclassed.insert(hwnd);
-    return hwnd;
+    windows.insert(nextWindow);
+    return nextWindow;
   }
-  void ReleaseHotkeyWindow(intptr_t hwnd) override { subclassed.erase(hwnd); }
+  void ReleaseHotkeyWindow(intptr_t hwnd) override { released.insert(hwnd); }
   void DestroyHotkeyWindow(intptr_t hwnd) override { windows.erase(hwnd); }
 
-  // The owner of a combination receives WM_HOTKEY with lParam = key << 16 | modifiers;
-  // extraBits are added to the modifier word as the system may do. Returns false when no
-  // window owns the combination (the system then delivers nothing).
+  // The owner of a combination (MOD_NOREPEAT and the like aside), or null.
+  const Registration* Owner(uint32_t modifiers, uint32_t vkey) const {
+    for (const auto& r : registrations)
+      if ((r.modifiers & 0xF) == (modifiers & 0xF) && r.vkey == vkey) return &r;
+    return nullptr;
+  }
+  bool IsRegistered(uint32_t modifiers, uint32_t vkey) const { return Owner(modifiers, vkey); }
+  // The owner receives WM_HOTKEY with lParam = key << 16 | modifiers, extraBits added to the
+  // modifier word as the system may do. False when nobody owns the combination.
   bool Press(HotkeyControls& controls, uint32_t modifiers, uint32_t vkey, uint32_t extraBits = 0) {
-    for (const auto& r : registrations) {
-      if ((r.modifiers & 0xF) == (modifiers & 0xF) && r.vkey == vkey) {
-        if (subclassed.count(r.hwnd) == 0) return true;  // delivered, but nobody listens
-        controls.DispatchHotkey(r.hwnd, (vkey << 16) | ((modifiers | extraBits) & 0xFFFF));
-        return true;
-      }
-    }
-    return false;
+    const Registration* owner = Owner(modifiers, vkey);
+    if (!owner) return false;
+    controls.DispatchHotkey(owner->hwnd, (vkey << 16) | ((modifiers | extraBits) & 0xFFFF));
+    return true;
   }
-  bool IsRegistered(uint32_t modifiers, uint32_t vkey) const {
-    return std::any_of(registrations.begin(), registrations.end(), [&](const Registration& r) {
-      return r.modifiers == modifiers && r.vkey == vkey;
-    });
-  }
-  size_t AtomCount() const { return atoms.size(); }
 
-  struct Atom {
-    Text name;
-    int refs;
-  };
-  std::map<uint16_t, Atom> atoms;
+  std::map<uint16_t, std::pair<Text, int>> atoms;  // name and reference count
   std::vector<Registration> registrations;
-  std::set<intptr_t> windows, subclassed;
+  std::set<intptr_t> windows, released;
   uint16_t nextAtom = 0xC000;  // global string atoms live above 0xC000
   intptr_t nextWindow = 0x10040;
   bool failWindows = false;

@@ -23,10 +23,7 @@ class FakeClipboard : public Clipboard {
  public:
   bool Read(ClipRead mode, ClipboardData& out) override {
     ++readCalls;
-    if (failReads > 0) {
-      --failReads;
-      return false;
-    }
+    if (failReads > 0 && failReads--) return false;  // the next failReads reads fail
     out = ClipboardData{};
     out.isPrivate = isPrivate;
     out.hasText = hasText;
@@ -42,21 +39,8 @@ class FakeClipboard : public Clipboard {
     }
     return true;
   }
-  // onWrite runs once the new content is in place, where the system's change notice comes.
-  bool WriteText(TextView value) override {
-    if (failWrites) return false;
-    ++writes;
-    SetText(value);
-    if (onWrite) onWrite();
-    return true;
-  }
-  bool WriteRich(std::string_view value) override {
-    if (failWrites) return false;
-    ++writes;
-    SetRich(value, false);
-    if (onWrite) onWrite();
-    return true;
-  }
+  bool WriteText(TextView value) override { return Write([&] { SetText(value); }); }
+  bool WriteRich(std::string_view value) override { return Write([&] { SetRich(value, false); }); }
 
   // What another program copies.
   void SetText(TextView value) {
@@ -85,6 +69,16 @@ class FakeClipboard : public Clipboard {
   bool failWrites = false;
   int readCalls = 0, writes = 0;
   std::function<void()> onWrite;
+
+ private:
+  // onWrite runs once the new content is in place, where the system's change notice comes.
+  bool Write(const std::function<void()>& put) {
+    if (failWrites) return false;
+    ++writes;
+    put();
+    if (onWrite) onWrite();
+    return true;
+  }
 };
 
 class FakeMessageBoxes : public MessageBoxes {

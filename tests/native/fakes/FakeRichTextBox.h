@@ -36,7 +36,6 @@ class FakeRichTextBox : public RichTextBox {
   Bytes Rtf() override { return document_; }
   void Clear() override { document_.clear(); }
 
-  const Bytes& Document() const { return document_; }
   int loads = 0;
 
  private:

@@ -12,7 +12,7 @@ class FakeSettings : public SettingsPort {
  public:
   Status Read(TextView key, Text& value) override {
     ++reads;
-    if (failReads || Text(key) == failKey) return Status::Failed;
+    if (Text(key) == failKey) return Status::Failed;
     auto it = values.find(Text(key));
     if (it == values.end()) return Status::Absent;
     value = it->second;
@@ -39,7 +39,6 @@ class FakeSettings : public SettingsPort {
   std::map<Text, Text> values;
   std::vector<std::pair<Text, Text>> writes;
   int reads = 0;
-  bool failReads = false;
   bool failWrites = false;
   Text failKey;
 };

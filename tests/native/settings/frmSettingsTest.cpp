@@ -11,7 +11,8 @@ namespace {
 
 using Strs = std::vector<std::string>;
 
-class FakeEffects : public SettingsEffects {
+// What saving applies at once, and launch at log-on with its registry and shortcut.
+class FakeEffects : public SettingsEffects, public LaunchAtLogon {
  public:
   void ApplyHotkeys(std::optional<int> pasteKey,
                     const std::array<HotkeySlotChange, 4>& slots) override {
@@ -24,28 +25,22 @@ class FakeEffects : public SettingsEffects {
     fader = {opacity, speed, noFade ? 1 : 0};
   }
   void ClearNoFade() override { ++noFadeCleared; }
-  int hotkeyCalls = 0, noFadeCleared = 0;
-  std::string applied;
-  std::array<int, 3> fader{-1, -1, -1};
-};
-
-class FakeLaunch : public LaunchAtLogon {
- public:
   bool SetAutoRun(bool enable) override {
     calls.push_back(enable ? "set" : "delete");
-    if (registryLocked) return false;
-    runValue = enable;
-    return true;
+    if (!registryLocked) runValue = enable;
+    return !registryLocked;
   }
   bool IsAutoRunSet() override { return runValue; }
   bool StartupShortcutFound() override { return shortcut; }
   bool ExecutableExists() override { return exeExists; }
   bool CreateStartupShortcut() override {
     calls.push_back("shortcut");
-    if (shortcutFails) return false;
-    shortcut = true;
-    return true;
+    if (!shortcutFails) shortcut = true;
+    return !shortcutFails;
   }
+  int hotkeyCalls = 0, noFadeCleared = 0;
+  std::string applied;
+  std::array<int, 3> fader{-1, -1, -1};
   bool registryLocked = false, runValue = false, shortcut = false, exeExists = true,
        shortcutFails = false;
   Strs calls;
@@ -53,7 +48,7 @@ class FakeLaunch : public LaunchAtLogon {
 
 struct Dialog {
   explicit Dialog(std::map<Text, Text> stored = {}, bool xp = true)
-      : form({settings, messages, effects, launch, xp}) {
+      : form({settings, messages, effects, effects, xp}) {
     port.values = std::move(stored);
   }
   frmSettings& Load() {
@@ -65,7 +60,6 @@ struct Dialog {
   Settings settings{port};
   FakeMessageBoxes messages;
   FakeEffects effects;
-  FakeLaunch launch;
   frmSettings form;
 };
 
@@ -125,9 +119,6 @@ TEST(SettingsDialog, LoadShowsStoredValuesAndWritesItsRepairs) {
        " [x 4 UPPER CASE/lower case] [x 5 Standardize/Standardize]\n"
        "Always On Top|Last Used|Expanded|lower case|No Fade|51",
        {"Set_Mo=2", "Set_Fm=0", "Set_H1_Ky=999", "Set_H1_En=1", "Set_H1_Op=3", "Set_Dl=0"}},
-      {{{u"Set_H3_Op", u"ab"}, {u"Set_FO", u"101"}, {u"Set_Op", u"5"}},
-       Fresh("Multi"),
-       {"Set_RC_Op=12", "Set_H3_Op=0", "Set_FO=75", "Set_Op=0"}},
   };
   for (auto& c : cases) {
     Dialog d(c.stored);
@@ -139,23 +130,17 @@ TEST(SettingsDialog, LoadShowsStoredValuesAndWritesItsRepairs) {
     }
     EXPECT_TRUE(d.messages.shown.empty()) << "load repairs are silent";
   }
-  Dialog fresh;
-  fresh.form.Form_Load();
-  EXPECT_EQ(fresh.form.cbRC.items.size(), 13u);
-  EXPECT_EQ(fresh.form.cbAction2[2].items.size(), 4u);
-  EXPECT_EQ(fresh.form.HotkeyEnabledAtLoad, (std::array<bool, 4>{true, true, true, true}));
 }
 
 TEST(SettingsDialog, TabsMoveTheFocusAndActionsRefillActionTwo) {
   Dialog d;
   frmSettings& f = d.Load();
-  f.cmdTab_Click(1);
-  EXPECT_EQ(f.tab, 1);
-  EXPECT_EQ(f.focusRequest, frmSettings::Focus::txtHK0);
-  f.cmdTab_Click(2);
-  EXPECT_EQ(f.focusRequest, frmSettings::Focus::cbPin);
-  f.cmdTab_Click(0);
-  EXPECT_EQ(f.focusRequest, frmSettings::Focus::cbEnable);
+  using F = frmSettings::Focus;
+  for (auto [tab, focus] : {std::pair{1, F::txtHK0}, {2, F::cbPin}, {0, F::cbEnable}}) {
+    f.cmdTab_Click(tab);
+    EXPECT_EQ(f.tab, tab);
+    EXPECT_EQ(f.focusRequest, focus) << tab;
+  }
   d.port.Set(u"Set_H1_Op", u"72");  // Action 2 is refilled from the stored code
   for (auto [action, second] : {std::pair{7, "UPPER CASE"}, {5, "Standardize"}, {9, "~Help"}}) {
     f.SelectAction(1, action);
@@ -249,7 +234,7 @@ TEST(SettingsDialog, SaveWritesEveryKeyInOrderAndAppliesAtOnce) {
             "Set_H0_En=1 Set_H1_Op=3 Set_H1_En=1 Set_H2_Op=41 Set_H2_Ky=52 Set_H2_En=1 "
             "Set_H3_Op=0 Set_H3_Ky=53 Set_H3_En=0 Set_HV_Ky=57 Set_Pn=0 Set_Dl=0 Set_Vu=0 "
             "Set_LO=0 Set_FS=1 Set_FO=50 Set_Sz=0 ");  // the emptied box writes no key
-  EXPECT_EQ(d.launch.calls, Strs{"set"});
+  EXPECT_EQ(d.effects.calls, Strs{"set"});
   EXPECT_EQ(d.effects.hotkeyCalls, 1);
   EXPECT_EQ(d.effects.applied, "paste 57 81 keep 52 stop");
   EXPECT_EQ(d.effects.fader, (std::array<int, 3>{50, 4, 0}));
@@ -260,7 +245,7 @@ TEST(SettingsDialog, SaveWritesEveryKeyInOrderAndAppliesAtOnce) {
   e.Load().cbFadeSpd.index = 0;
   e.form.cmdOp_Click(0);
   EXPECT_EQ(e.effects.fader, (std::array<int, 3>{75, 0, 1}));
-  EXPECT_EQ(e.launch.calls, Strs{"delete"});
+  EXPECT_EQ(e.effects.calls, Strs{"delete"});
   Dialog c;
   c.Load().sliOpacity = 30;
   c.form.cmdOp_Click(2);
@@ -298,9 +283,9 @@ TEST(SettingsDialog, RegistryFailureOffersTheShortcut) {
   for (const auto& [answer, shortcutFails, exeExists, then, calls] : cases) {
     SCOPED_TRACE(then);
     Dialog d;
-    d.launch.registryLocked = true;
-    d.launch.shortcutFails = shortcutFails;
-    d.launch.exeExists = exeExists;
+    d.effects.registryLocked = true;
+    d.effects.shortcutFails = shortcutFails;
+    d.effects.exeExists = exeExists;
     d.messages.answer = answer;
     d.Load().SetChkAutoRun(true);
     d.form.cmdOp_Click(0);
@@ -312,20 +297,20 @@ TEST(SettingsDialog, RegistryFailureOffersTheShortcut) {
                           "up under your mouse cursor.\r\n\r\nShall I proceed to try this "
                           "alternate method?"), std::string::npos);
     if (!then.empty()) EXPECT_EQ(log[1], then);
-    EXPECT_EQ(d.launch.calls, calls);
+    EXPECT_EQ(d.effects.calls, calls);
     EXPECT_EQ(d.form.chkAutoRun, answer == MsgResult::Yes) << "unchecked when declined";
-    EXPECT_EQ(d.launch.shortcut, calls.size() == 2 && !shortcutFails);
+    EXPECT_EQ(d.effects.shortcut, calls.size() == 2 && !shortcutFails);
     EXPECT_EQ(d.port.Get(u"Set_Sz"), "1") << "the rest is saved";
   }
   Dialog off;  // unchecking while the registry is locked reports nothing
-  off.launch.registryLocked = true;
+  off.effects.registryLocked = true;
   off.Load().cmdOp_Click(0);
   EXPECT_TRUE(off.messages.shown.empty());
 }
 
 TEST(SettingsDialog, ShortcutInEffectCannotBeUnchecked) {
   Dialog d;
-  d.launch.shortcut = true;
+  d.effects.shortcut = true;
   frmSettings& f = d.Load();
   EXPECT_TRUE(f.ShortcutAutoRun);
   f.lblAutoRun_Click();
@@ -335,7 +320,7 @@ TEST(SettingsDialog, ShortcutInEffectCannotBeUnchecked) {
   EXPECT_TRUE(f.chkAutoRun);
   // The Run value found first: the shortcut is not looked at, and unchecking works.
   Dialog run;
-  run.launch.runValue = run.launch.shortcut = true;
+  run.effects.runValue = run.effects.shortcut = true;
   run.Load().SetChkAutoRun(false);
   EXPECT_FALSE(run.form.ShortcutAutoRun);
   EXPECT_FALSE(run.form.chkAutoRun);
