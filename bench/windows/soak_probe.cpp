@@ -32,11 +32,34 @@ struct Plan {
   double maxBytes = 1e6;  // copies of 10 bytes to 1 MB
 };                        // and per round one save-and-load, one settings dialog, one viewer
 
-// Private memory (MB), GDI and USER objects, handles and global atoms, in that order.
-using Counters = std::array<double, 5>;
-constexpr const char* kCounterNames[] = {"private (MB)", "GDI", "USER", "handles", "atoms"};
+// Private memory (MB), GDI and USER objects, handles, global atoms and the program's windows
+// (top-level, child and message-only: the USER objects that can be counted from outside even
+// where GetGuiResources cannot), in that order.
+using Counters = std::array<double, 6>;
+constexpr const char* kCounterNames[] = {"private (MB)", "GDI", "USER", "handles", "atoms", "windows"};
 
-Counters Sample(HANDLE process) {
+double WindowsOf(DWORD pid) {
+  struct Count {
+    DWORD pid;
+    double n = 0;
+    void Add(HWND w) {
+      DWORD owner = 0;
+      GetWindowThreadProcessId(w, &owner);
+      if (owner != pid) return;
+      ++n;
+      EnumChildWindows(w, [](HWND, LPARAM c) { return ++reinterpret_cast<Count*>(c)->n, TRUE; },
+                       reinterpret_cast<LPARAM>(this));
+    }
+  } count{pid};
+  EnumWindows([](HWND w, LPARAM c) { return reinterpret_cast<Count*>(c)->Add(w), TRUE; },
+              reinterpret_cast<LPARAM>(&count));
+  for (HWND w = nullptr; (w = FindWindowExW(HWND_MESSAGE, w, nullptr, nullptr));) count.Add(w);
+  return count.n;
+}
+
+// The counters at a percentage of the run; the line lets scripts/soak read what only the
+// system outside can see (under Wine, the private memory in /proc) while the run holds still.
+Counters Sample(HANDLE process, DWORD pid, int percent) {
   PROCESS_MEMORY_COUNTERS_EX memory{};
   memory.cb = sizeof(memory);
   GetProcessMemoryInfo(process, reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory),
@@ -47,9 +70,14 @@ Counters Sample(HANDLE process) {
   wchar_t name[256];
   for (UINT atom = 0xC000; atom <= 0xFFFF; ++atom)
     atoms += GlobalGetAtomNameW(static_cast<ATOM>(atom), name, 256) ? 1 : 0;
-  return {static_cast<double>(memory.PrivateUsage) / (1024.0 * 1024.0),
+  const Counters counters{static_cast<double>(memory.PrivateUsage) / (1024.0 * 1024.0),
           double(GetGuiResources(process, GR_GDIOBJECTS)),
-          double(GetGuiResources(process, GR_USEROBJECTS)), double(handles), double(atoms)};
+          double(GetGuiResources(process, GR_USEROBJECTS)), double(handles), double(atoms),
+          WindowsOf(pid)};
+  std::printf("sample %d%%\n", percent);
+  std::fflush(stdout);
+  Sleep(1000);
+  return counters;
 }
 
 struct Entry {
@@ -216,7 +244,7 @@ int Soak::Run() {
   WaitFor([&] { return !FindTopWindow(L"About Marquill", nullptr, app_.Pid()); }, 5s);
   HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, app_.Pid());
 
-  std::vector<std::pair<int, Counters>> samples{{0, Sample(process)}};
+  std::vector<std::pair<int, Counters>> samples{{0, Sample(process, app_.Pid(), 0)}};
   const ULONGLONG started = GetTickCount64();
   for (int round = 1; round <= plan_.rounds && app_.Running(); ++round) {
     Toggle(true);
@@ -241,7 +269,7 @@ int Soak::Run() {
     std::fflush(stdout);
     for (int quarter = 1; quarter <= 4; ++quarter)
       if (round == (plan_.rounds * quarter + 3) / 4 && samples.back().first < quarter * 25)
-        samples.push_back({quarter * 25, Sample(process)});
+        samples.push_back({quarter * 25, Sample(process, app_.Pid(), quarter * 25)});
   }
   const double minutes = static_cast<double>(GetTickCount64() - started) / 60000.0;
   const bool alive = app_.Running();

@@ -49,14 +49,21 @@ wine_screenshot() {
   xwd -root -silent -display "$DISPLAY" | convert xwd:- "$1"
 }
 
-# The Unix process id of a Windows program running in this session's prefix.
+# The Unix process id of a Windows program running in this session's prefix. pgrep first: a
+# scan of every /proc entry takes longer than a program is held still on a busy machine.
 wine_unix_pid() {
   local name=$1 p
-  for p in /proc/[0-9]*; do
-    # The program itself, not a process that merely names it among its arguments.
-    tr '\0' '\n' 2>/dev/null <"$p/cmdline" | head -1 | grep -qi "$name\$" || continue
-    tr '\0' '\n' 2>/dev/null <"$p/environ" | grep -qx "WINEPREFIX=$WINEPREFIX" || continue
-    basename "$p"
+  for p in $(pgrep -f -- "$name" || true); do
+    # The program itself (its path perhaps quoted), not a process that merely names it among
+    # its arguments.
+    tr '\0' '\n' 2>/dev/null <"/proc/$p/cmdline" | head -1 | grep -qiE "$name\"?\$" || continue
+    tr '\0' '\n' 2>/dev/null <"/proc/$p/environ" | grep -qx "WINEPREFIX=$WINEPREFIX" || continue
+    echo "$p"
     return
   done
+}
+
+# Its resident anonymous memory (the Unix side of its private memory), in KB.
+wine_private_kb() {
+  awk '/RssAnon/ {print $2}' "/proc/$1/status" 2>/dev/null
 }
