@@ -47,25 +47,6 @@ void WriteSettings(const Values& values) {
                     static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
 }
 
-Values ReadSettings() {
-  Values values;
-  mq::win32::UniqueRegKey key;
-  if (RegOpenKeyExW(HKEY_CURRENT_USER, kSettingsKey, 0, KEY_READ, key.Out()) != ERROR_SUCCESS)
-    return values;
-  wchar_t name[256], data[2048];
-  for (DWORD i = 0;; ++i) {
-    DWORD nameLen = 256, bytes = sizeof(data) - sizeof(wchar_t);
-    LSTATUS status = RegEnumValueW(key.Get(), i, name, &nameLen, nullptr, nullptr,
-                                   reinterpret_cast<BYTE*>(data), &bytes);
-    if (status == ERROR_NO_MORE_ITEMS) break;
-    if (status != ERROR_SUCCESS) continue;
-    std::wstring value(data, bytes / sizeof(wchar_t));
-    while (!value.empty() && value.back() == L'\0') value.pop_back();
-    values[name] = value;
-  }
-  return values;
-}
-
 std::optional<std::wstring> ReadSetting(const std::wstring& key) {
   return ReadUserString(kSettingsKey, key.c_str());
 }

@@ -32,7 +32,6 @@ std::wstring MarquillPath();
 using Values = std::map<std::wstring, std::wstring>;
 void ClearSettings();
 void WriteSettings(const Values& values);
-Values ReadSettings();
 std::optional<std::wstring> ReadSetting(const std::wstring& key);
 // A string value under HKEY_CURRENT_USER; none when it is absent or no string.
 std::optional<std::wstring> ReadUserString(const wchar_t* key, const wchar_t* value);
