@@ -176,7 +176,7 @@ TEST_F(Hardening, AFailedSaveEndsInDialogsLogOffAndACrashLoseAndLeaveNothing) {
 
   Start({{L"Set_HV_Ky", L"81"}});  // CTRL+Q pastes: an atom no other test leaves behind
   HWND main = app.MainWindow();
-  ASSERT_TRUE(TrayIconShown(main));
+  ASSERT_TRUE(WaitFor([&] { return TrayIconShown(main); }, 5s));
   ASSERT_NE(GlobalFindAtomW(L"CONTROL+081"), 0) << "the paste hotkey's atom";
   ClickButton(load);
   ASSERT_NE(WaitForTopWindow(L"Load Marquill File", 10s, L"#32770", app.Pid()), nullptr);
