@@ -3,7 +3,18 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <set>
+
 #include "E2E.h"
+#include "ListFiles.h"
+
+inline std::string FileContents(const std::filesystem::path& file) {
+  std::ifstream in(file, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), {});
+}
 
 class EndToEnd : public ::testing::Test {
  protected:
@@ -32,7 +43,77 @@ class EndToEnd : public ::testing::Test {
   bool WaitForRows(const std::vector<std::wstring>& rows, e2e::Duration timeout = e2e::Duration(10000)) const {
     return e2e::WaitFor([&] { return Rows() == rows; }, timeout, e2e::Duration(50));
   }
+  // Counts without reading the rows, which may be long.
+  bool WaitForRowCount(size_t n, e2e::Duration timeout = e2e::Duration(10000)) const {
+    return e2e::WaitFor([&] { return SendMessageW(list, LB_GETCOUNT, 0, 0) == static_cast<LRESULT>(n); },
+                        timeout, e2e::Duration(10));
+  }
+  // Puts a copy on the clipboard from outside, waits for its row and lets the capture debounce
+  // pass, so the next copy is taken too.
+  void Copy(const std::function<bool()>& put) {
+    const size_t before = static_cast<size_t>(SendMessageW(list, LB_GETCOUNT, 0, 0));
+    ASSERT_TRUE(put());
+    ASSERT_TRUE(WaitForRowCount(before + 1)) << "not captured";
+    e2e::Pump(e2e::Duration(300));
+  }
+  void Copy(const std::wstring& text) { Copy([&] { return e2e::SetClipboardText(text); }); }
 
   e2e::Marquill app;
   HWND listWindow = nullptr, list = nullptr;
+};
+
+// Tests that save and load lists: a scratch folder of their own (its name outside ASCII) and the
+// clip list window's Save and Load buttons.
+class WithListFiles : public EndToEnd {
+ protected:
+  void SetUp() override {
+    EndToEnd::SetUp();
+    if (IsSkipped()) return;
+    folder = std::filesystem::temp_directory_path() /
+             (L"mq e2e \u00E9t\u00E9 \u6587\u5B57 " + std::to_wstring(GetTickCount64()));
+    std::filesystem::create_directory(folder);
+  }
+  void TearDown() override {
+    if (folder.empty()) return;
+    std::error_code ignored;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder, ignored))
+      SetFileAttributesW(entry.path().c_str(), FILE_ATTRIBUTE_NORMAL);
+    std::filesystem::remove_all(folder, ignored);
+  }
+
+  void Start(const e2e::Values& settings = {}) {
+    StartMarquill(settings);
+    save = e2e::FindToolButton(listWindow, L"Save List");
+    load = e2e::FindToolButton(listWindow, L"Load List");
+    ASSERT_TRUE(save && load) << "no buttons with the tips \"Save List\" and \"Load List\"";
+  }
+  std::wstring Path(const std::wstring& name) const { return (folder / name).wstring(); }
+  std::set<std::wstring> Files() const {
+    std::set<std::wstring> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
+      names.insert(entry.path().filename().wstring());
+    return names;
+  }
+  std::string FileBytes(const std::wstring& name) const { return FileContents(folder / name); }
+  bool WaitForFile(const std::wstring& name, e2e::Duration timeout = e2e::Duration(10000)) const {
+    return e2e::WaitFor([&] { return std::filesystem::exists(Path(name)); }, timeout);
+  }
+
+  void SaveAs(const std::wstring& name) {
+    e2e::ClickButton(save);
+    ASSERT_TRUE(e2e::AnswerFileDialog(app.Pid(), L"Save Marquill File", Path(name)));
+  }
+  // The Load button, then the popup's button when the list has rows; an empty name cancels.
+  void LoadAs(const std::wstring& name, const wchar_t* popupButton = nullptr) {
+    e2e::ClickButton(load);
+    if (popupButton) {
+      HWND button = e2e::WaitForPopupButton(app.Pid(), popupButton);
+      ASSERT_NE(button, nullptr);
+      e2e::ClickButton(button);
+    }
+    ASSERT_TRUE(e2e::AnswerFileDialog(app.Pid(), L"Load Marquill File", name.empty() ? L"" : Path(name)));
+  }
+
+  std::filesystem::path folder;
+  HWND save = nullptr, load = nullptr;
 };

@@ -27,29 +27,13 @@ std::wstring KnownFolder(REFKNOWNFOLDERID id) {
   return result;
 }
 
-fs::path Installer() {
-  fs::path dist = fs::path(ProgramFolder()).parent_path() / L"dist";
-  std::error_code error;
-  for (const auto& entry : fs::directory_iterator(dist, error)) {
-    std::wstring name = entry.path().filename().wstring();
-    if (name.rfind(L"marquill-setup-", 0) == 0 && entry.path().extension() == L".exe")
-      return entry.path();
-  }
-  return {};
-}
-
 bool KeyExists(const wchar_t* key) {
   mq::win32::UniqueRegKey handle;
   return RegOpenKeyExW(HKEY_CURRENT_USER, key, 0, KEY_READ, handle.Out()) == ERROR_SUCCESS;
 }
 
-std::string Bytes(const fs::path& file) {
-  std::ifstream in(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
 // The product version in marquill.exe's version resource ("2.0.0").
-std::wstring ProductVersion(const std::wstring& exe) {
+std::wstring ProductVersion(const fs::path& exe) {
   DWORD size = GetFileVersionInfoSizeW(exe.c_str(), nullptr);
   std::vector<BYTE> data(size);
   if (!size || !GetFileVersionInfoW(exe.c_str(), 0, size, data.data())) return {};
@@ -101,8 +85,11 @@ class Installation : public EndToEnd {
 // Installs silently (into `folder`; `options` may choose another), checks the installation,
 // starts the installed program and removes everything silently while it runs.
 void Installation::InstallRunRemove(const std::wstring& options) {
-  const fs::path setup = Installer();
-  ASSERT_FALSE(setup.empty()) << "no build/dist/marquill-setup-*.exe: run scripts/package";
+  // The installer of the version built here, beside the build folder.
+  const fs::path built = ProgramFolder();
+  const std::wstring version = ProductVersion(built / L"marquill.exe");
+  const fs::path setup = built.parent_path() / L"dist" / (L"marquill-setup-" + version + L".exe");
+  ASSERT_TRUE(fs::exists(setup)) << setup.string() << " is missing: run scripts/package";
   // A setting of the user's, which a silent removal keeps.
   WriteSettings({{L"Set_RC_Op", L"2"}});
 
@@ -113,10 +100,9 @@ void Installation::InstallRunRemove(const std::wstring& options) {
   const std::chrono::duration<double> installTime = std::chrono::steady_clock::now() - start;
 
   // The files, each as built.
-  const fs::path built = ProgramFolder();
   for (const wchar_t* name : {L"marquill.exe", L"mq2_help.chm", L"mqlist.exe"}) {
     ASSERT_TRUE(fs::exists(folder / name)) << fs::path(name).string();
-    EXPECT_EQ(Bytes(folder / name), Bytes(built / name)) << fs::path(name).string();
+    EXPECT_EQ(FileContents(folder / name), FileContents(built / name)) << fs::path(name).string();
   }
   EXPECT_TRUE(fs::exists(folder / L"LICENSE.txt"));
 
@@ -126,9 +112,7 @@ void Installation::InstallRunRemove(const std::wstring& options) {
 
   // "Apps and features": the current user's uninstall entry, with the program's own version.
   EXPECT_EQ(ReadUserString(kUninstallKey, L"DisplayName"), L"Marquill");
-  const std::wstring version = ProductVersion(exe);
-  EXPECT_FALSE(version.empty());
-  EXPECT_EQ(ReadUserString(kUninstallKey, L"DisplayVersion"), version);
+  EXPECT_EQ(ReadUserString(kUninstallKey, L"DisplayVersion"), ProductVersion(exe));
   EXPECT_EQ(ReadUserString(kUninstallKey, L"UninstallString"),
             L"\"" + (folder / L"uninstall.exe").wstring() + L"\"");
 

@@ -2,7 +2,6 @@
 #include <chrono>
 #include <cstdio>
 
-#include "Apps.h"
 #include "Fixture.h"
 
 using namespace e2e;
@@ -50,12 +49,6 @@ class ListWindow : public EndToEnd {
     ASSERT_TRUE(WaitFor([&] { return IsShown(listWindow); }));
     Pump(500ms);  // the fade
   }
-  void Copy(const std::wstring& text) {
-    size_t before = Rows().size();
-    ASSERT_TRUE(SetClipboardText(text));
-    ASSERT_TRUE(WaitFor([&] { return Rows().size() == before + 1; }));
-    Pump(350ms);  // past the capture debounce
-  }
   POINT Row(int index) const {
     RECT r{};
     SendMessageW(list, LB_GETITEMRECT, index, reinterpret_cast<LPARAM>(&r));
@@ -76,48 +69,38 @@ class ListWindow : public EndToEnd {
   }
 };
 
-TEST_F(ListWindow, CommandsOnCopiedEntries) {
+TEST_F(ListWindow, CommandsAndDragOnCopiedEntries) {
   StartMarquill();
   ShowWindow();
   for (const wchar_t* t : {L"alpha", L"bravo", L"charlie"}) Copy(t);
   ClickAt(Row(1));
   Press(L"D&uplicate");
-  EXPECT_EQ(Rows(), (std::vector<std::wstring>{L"\talpha", L"\tbravo", L"\tbravo", L"\tcharlie"}));
+  EXPECT_TRUE(WaitForRows({L"\talpha", L"\tbravo", L"\tbravo", L"\tcharlie"}));
   ClickAt(Row(3));
   Press(L"Con&vert");  // "Standardize" is selected
-  EXPECT_EQ(Rows()[3], L"\tCharlie");
+  EXPECT_TRUE(WaitForRows({L"\talpha", L"\tbravo", L"\tbravo", L"\tCharlie"}));
+  // Dragged to the top, a row is the next paste (the clipboard still holds "charlie").
+  Drag(Row(3), Row(0));
+  ASSERT_EQ(Rows(), (std::vector<std::wstring>{L"\tCharlie", L"\talpha", L"\tbravo", L"\tbravo"}));
+  CtrlTap('1');
+  EXPECT_TRUE(WaitFor([&] { return ClipboardText() == L"Charlie"; }));
+  EXPECT_TRUE(WaitForRows({L"\talpha", L"\tbravo", L"\tbravo"}));
   ClickAt(Row(2));
   Press(L"&Delete");
-  EXPECT_EQ(Rows(), (std::vector<std::wstring>{L"\talpha", L"\tbravo", L"\tCharlie"}));
+  EXPECT_TRUE(WaitForRows({L"\talpha", L"\tbravo"}));
   ClickAt(Row(1));  // the keyboard focus in the list
   Tap(VK_DELETE);
-  Pump(300ms);
-  EXPECT_EQ(Rows(), (std::vector<std::wstring>{L"\talpha", L"\tCharlie"}));
+  EXPECT_TRUE(WaitForRows({L"\talpha"}));
 
-  // Clear List asks first: No keeps the rows, Yes clears them.
+  // Clear List asks first (its text is the unit tests'): No keeps the rows, Yes clears them.
   for (int answer : {IDNO, IDYES}) {
     Press(L"&Clear List");
     HWND box = WaitForMessageBox(L"Clear List?", 10s, app.Pid());
     ASSERT_NE(box, nullptr);
-    EXPECT_EQ(MessageBoxText(box), L"Are you sure that you wish to clear all clipboard entries from the list?");
     PressButton(box, answer);
     Pump(300ms);
-    EXPECT_TRUE(WaitFor([&] { return Rows().size() == (answer == IDNO ? 2u : 0u); }));
+    EXPECT_TRUE(WaitFor([&] { return Rows().size() == (answer == IDNO ? 1u : 0u); }));
   }
-}
-
-TEST_F(ListWindow, DraggingRowFourToTheTopMakesItTheNextPaste) {
-  StartMarquill();
-  ShowWindow();
-  for (const wchar_t* t : {L"zero", L"one", L"two", L"three", L"four"}) Copy(t);
-  Drag(Row(4), Row(0));
-  ASSERT_EQ(Rows(), (std::vector<std::wstring>{L"\tfour", L"\tzero", L"\tone", L"\ttwo", L"\tthree"}));
-  Editor notepad(Editor::Kind::Notepad);
-  ASSERT_TRUE(notepad.Start());
-  notepad.SetText(L"");
-  ASSERT_TRUE(notepad.Focus());
-  CtrlTap('1');
-  EXPECT_TRUE(WaitFor([&] { return notepad.Text() == L"four"; }));
 }
 
 TEST_F(ListWindow, StartsCondensedAndPinnedFromTheSettings) {
@@ -155,35 +138,27 @@ TEST_F(ListWindow, GeometryFollowsTheMouseAndComesBack) {
   EXPECT_TRUE(EqualRect(&back, &last)) << "the next start has the same place and size";
 }
 
+// The viewer with a 100 KB rich entry, shown as its text; how long from the double-click is
+// printed.
 TEST_F(ListWindow, DoubleClickShowsTheEntryBesideTheWindowAndAKeyClosesIt) {
   StartMarquill();
   ShowWindow();
   Copy(L"first words");
-  Copy(L"second words");
+  std::string rtf = "{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\f0 ";
+  while (rtf.size() < 100 * 1024) rtf += "plain words and {\\b bold words} in a long rich entry\\par\r\n";
+  Copy([&] { return SetClipboardRtf(rtf + "}"); });
+  const auto start = std::chrono::steady_clock::now();
   ClickAt(Row(1), 2);
-  HWND viewer = WaitForTopWindow(L"Clipboard Preview", 10s, nullptr, app.Pid());
-  ASSERT_NE(viewer, nullptr);
-  ASSERT_TRUE(WaitFor([&] { return IsShown(viewer); }));
-  HWND text = FindWindowExW(viewer, nullptr, nullptr, nullptr);
-  ASSERT_NE(text, nullptr);
-  EXPECT_EQ(WindowText(text), L"second words");
+  HWND viewer = nullptr;
+  ASSERT_TRUE(WaitFor([&] { return IsShown(viewer = FindTopWindow(L"Clipboard Preview", nullptr, app.Pid())); }, 20s, 5ms));
+  std::printf("double-click to the viewer shown with a 100 KB rich entry: %.0f ms\n",
+              std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count());
+  EXPECT_TRUE(WaitFor([&] {
+    return WindowText(FindWindowExW(viewer, nullptr, nullptr, nullptr)).rfind(L"plain words and bold words", 0) == 0;
+  }));
   EXPECT_TRUE(GetWindowLongPtrW(viewer, GWL_EXSTYLE) & WS_EX_TOPMOST);
   Tap(VK_SPACE);
   EXPECT_TRUE(WaitFor([&] { return !FindTopWindow(L"Clipboard Preview", nullptr, app.Pid()); }));
-
-  // A 100 KB rich entry: how long from the double-click to the viewer shown (printed only).
-  std::string rtf = "{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\f0 ";
-  while (rtf.size() < 100 * 1024) rtf += "plain words and {\\b bold words} in a long rich entry\\par\r\n";
-  rtf += "}";
-  ASSERT_TRUE(SetClipboardRtf(rtf));
-  ASSERT_TRUE(WaitFor([&] { return Rows().size() == 3; }));
-  const auto start = std::chrono::steady_clock::now();
-  ClickAt(Row(2), 2);
-  ASSERT_TRUE(WaitFor([&] { return IsShown(FindTopWindow(L"Clipboard Preview", nullptr, app.Pid())); }, 20s, 5ms));
-  std::printf("double-click to the viewer shown with a 100 KB rich entry: %.0f ms\n",
-              std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
-                  .count());
-  Tap(VK_ESCAPE);
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
-// Start-up, the single-instance guard and shut-down of the real program.
+// Start-up, the single-instance guard, the help window and shut-down of the real program.
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 
@@ -12,22 +13,11 @@ constexpr wchar_t kActiveText[] =
     L"Marquill is already running. Look for the paperclip icon in the system tray (on the "
     L"\"Start\" bar near the clock).";
 
-TEST_F(EndToEnd, FreshStartShowsNoMessageAndWritesOnlyTheFirstRunKeys) {
-  StartMarquill();
-  EXPECT_TRUE(MessageBoxesOf(app.Pid()).empty());
-  Values expected{{L"Set_H0_En", L"1"}, {L"Set_H1_En", L"1"}, {L"Set_H2_En", L"1"},
-                  {L"Set_H3_En", L"1"}, {L"Set_LO", L"0"},    {L"Cur_LO", L"0"},
-                  {L"Set_Dl", L"1"},    {L"Cur_Dl", L"1"},    {L"Set_Vu", L"0"},
-                  {L"Cur_Vu", L"0"},    {L"Set_Pn", L"0"},    {L"Cur_Pn", L"0"}};
-  EXPECT_EQ(ReadSettings(), expected);
-  EXPECT_FALSE(IsShown(listWindow)) << "the clip list window exists, hidden, from start-up on";
-  EXPECT_TRUE(app.Close());
-  EXPECT_EQ(app.ExitCode(), 0u);
-}
-
-TEST_F(EndToEnd, SecondCopyReportsAndLeavesTheFirstRunning) {
-  StartMarquill();
-  Values before = ReadSettings();
+// The help file is built beside marquill.exe by tests/help/run (scripts/test runs it first).
+TEST_F(EndToEnd, SecondCopyReportsAndTheFirstShowsItsHelpUntilItEnds) {
+  ASSERT_TRUE(std::filesystem::exists(ProgramFolder() + L"\\mq2_help.chm"))
+      << "mq2_help.chm is missing beside marquill.exe: run tests/help/run first";
+  StartMarquill({{L"Set_RC_Op", L"9"}});  // a right click on the tray icon: Help
 
   Marquill second;
   ASSERT_TRUE(second.Start());
@@ -36,8 +26,22 @@ TEST_F(EndToEnd, SecondCopyReportsAndLeavesTheFirstRunning) {
   EXPECT_EQ(MessageBoxText(box), kActiveText);
   EXPECT_TRUE(PressButton(box, IDOK));
   EXPECT_TRUE(second.WaitExit());
-  EXPECT_EQ(ReadSettings(), before) << "the second copy reads and writes no setting";
-  EXPECT_TRUE(app.Close()) << "the first one still runs";
+
+  // The title of the help window comes from the help project (docs/help/mq2_help.hhp).
+  app.TrayClick(WM_RBUTTONDOWN);
+  HWND help = WaitForTopWindow(L"Marquill Help", 30s, L"HH Parent", app.Pid());
+  ASSERT_NE(help, nullptr) << "no HTML Help window titled \"Marquill Help\"";
+  EXPECT_TRUE(WaitFor([&] { return IsShown(help); }, 10s));
+  EXPECT_TRUE(MessageBoxesOf(app.Pid()).empty()) << "the help reported a problem";
+  // Choosing Help again brings back the same window rather than a second one.
+  app.TrayClick(WM_RBUTTONDOWN);
+  Pump(1500ms);
+  auto shown = FindTopWindows(nullptr, L"HH Parent", app.Pid());
+  EXPECT_EQ(std::count_if(shown.begin(), shown.end(), IsShown), 1);
+  // The first copy still runs; it closes its help window when it ends, and ends in order.
+  EXPECT_TRUE(app.Close(30s));
+  EXPECT_EQ(app.ExitCode(), 0u);
+  EXPECT_FALSE(IsWindow(help));
 }
 
 TEST_F(EndToEnd, AStoredDisabledStateStartsDisabledAndClosingDeletesStrayScratchFiles) {

@@ -15,24 +15,13 @@ bool Editor::Start() {
   std::wstring exe = kind_ == Kind::Notepad
                          ? std::wstring(windows) + L"\\notepad.exe"
                          : std::wstring(L"C:\\Program Files\\Windows NT\\Accessories\\wordpad.exe");
-  STARTUPINFOW si{};
-  si.cb = sizeof(si);
-  PROCESS_INFORMATION pi{};
-  std::wstring command = L"\"" + exe + L"\"";
-  if (!CreateProcessW(exe.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                      &si, &pi))
-    return false;
-  CloseHandle(pi.hThread);
-  process_.Reset(pi.hProcess);
-  pid_ = pi.dwProcessId;
+  process_ = Launch(L"\"" + exe + L"\"", nullptr, &pid_);
+  if (!process_) return false;
   WaitForInputIdle(process_.Get(), 10000);
   // Its first visible window without an owner.
   WaitFor([&] {
-    for (HWND h = nullptr; (h = FindWindowExW(nullptr, h, nullptr, nullptr));) {
-      DWORD pid = 0;
-      GetWindowThreadProcessId(h, &pid);
-      if (pid == pid_ && IsWindowVisible(h) && !GetWindow(h, GW_OWNER)) return (window_ = h) != nullptr;
-    }
+    for (HWND h : FindTopWindows(nullptr, nullptr, pid_))
+      if (IsWindowVisible(h) && !GetWindow(h, GW_OWNER)) return (window_ = h) != nullptr;
     return false;
   }, 20s);
   if (!window_) return false;
@@ -58,22 +47,6 @@ bool Editor::Focus() {
   return GetForegroundWindow() == window_;
 }
 
-std::wstring Editor::Text() const { return WindowText(edit_); }
-
-void Editor::SetText(const std::wstring& text) {
-  SendMessageW(edit_, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
-}
-
-void Editor::SelectAllAndCopy() {
-  SendMessageW(edit_, EM_SETSEL, 0, -1);
-  Pump(50ms);
-  CtrlTap('C');
-}
-
-bool WaitForClipboardText(const std::wstring& text, Duration timeout) {
-  return WaitFor([&] { return ClipboardText() == text; }, timeout, 50ms);
-}
-
 OtherClipboardViewer::OtherClipboardViewer() {
   thread_ = std::thread([this] { Run(); });
   WaitFor([&] { return ready_.load(); }, 5s);
@@ -97,9 +70,7 @@ void OtherClipboardViewer::Run() {
   window_ = CreateWindowExW(0, wc.lpszClassName, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
                             wc.hInstance, nullptr);
   SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-  SetLastError(0);
   next_ = SetClipboardViewer(window_);
-  joined_ = window_ && (next_ || GetLastError() == 0);
   // The greeting notice that joining sends is not a change.
   notices_ = 0;
   ready_ = true;

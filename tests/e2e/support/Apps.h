@@ -20,15 +20,16 @@ class Editor {
   Editor& operator=(const Editor&) = delete;
 
   bool Start();
-  HWND Window() const { return window_; }
-  HWND Edit() const { return edit_; }
   // Brings the editor to the front with the keyboard focus in its text.
   bool Focus();
-  std::wstring Text() const;
-  void SetText(const std::wstring& text);
+  std::wstring Text() const { return WindowText(edit_); }
+  void SetText(const std::wstring& text) { SendMessageW(edit_, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str())); }
   // Select all and copy, with keystrokes as a user would.
-  void SelectAllAndCopy();
-  void Paste() { CtrlTap('V'); }
+  void SelectAllAndCopy() {
+    SendMessageW(edit_, EM_SETSEL, 0, -1);
+    Pump(50ms);
+    CtrlTap('C');
+  }
 
  private:
   Kind kind_;
@@ -50,7 +51,6 @@ class OtherClipboardViewer {
   // Ends its thread without leaving the chain, as a crashing program does.
   void Abandon() { End(1); }
 
-  bool Joined() const { return joined_; }
   int Notices() const { return notices_; }
   // Waits until no notice has come for `quiet`; false when they never stop within `limit`.
   bool WaitSettled(Duration quiet = 1500ms, Duration limit = 10s);
@@ -62,14 +62,11 @@ class OtherClipboardViewer {
 
   std::thread thread_;
   std::atomic<DWORD> threadId_{0};
-  std::atomic<bool> joined_{false}, ready_{false};
+  std::atomic<bool> ready_{false};
   std::atomic<int> notices_{0};
   std::atomic<ULONGLONG> lastNotice_{0};
   HWND window_ = nullptr;
   HWND next_ = nullptr;
 };
-
-// Waits until the clipboard's text is this text.
-bool WaitForClipboardText(const std::wstring& text, Duration timeout = 5s);
 
 }  // namespace e2e

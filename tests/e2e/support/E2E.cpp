@@ -47,25 +47,6 @@ void WriteSettings(const Values& values) {
                     static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
 }
 
-Values ReadSettings() {
-  Values values;
-  mq::win32::UniqueRegKey key;
-  if (RegOpenKeyExW(HKEY_CURRENT_USER, kSettingsKey, 0, KEY_READ, key.Out()) != ERROR_SUCCESS)
-    return values;
-  wchar_t name[256], data[2048];
-  for (DWORD i = 0;; ++i) {
-    DWORD nameLen = 256, bytes = sizeof(data) - sizeof(wchar_t);
-    LSTATUS status = RegEnumValueW(key.Get(), i, name, &nameLen, nullptr, nullptr,
-                                   reinterpret_cast<BYTE*>(data), &bytes);
-    if (status == ERROR_NO_MORE_ITEMS) break;
-    if (status != ERROR_SUCCESS) continue;
-    std::wstring value(data, bytes / sizeof(wchar_t));
-    while (!value.empty() && value.back() == L'\0') value.pop_back();
-    values[name] = value;
-  }
-  return values;
-}
-
 std::optional<std::wstring> ReadSetting(const std::wstring& key) {
   return ReadUserString(kSettingsKey, key.c_str());
 }
@@ -87,18 +68,9 @@ Marquill::~Marquill() {
 }
 
 bool Marquill::Start(const std::wstring& exe) {
-  STARTUPINFOW si{};
-  si.cb = sizeof(si);
-  PROCESS_INFORMATION pi{};
-  std::wstring command = L"\"" + exe + L"\"";
-  std::wstring folder = exe.substr(0, exe.find_last_of(L'\\'));
-  if (!CreateProcessW(exe.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                      folder.c_str(), &si, &pi))
-    return false;
-  CloseHandle(pi.hThread);
-  process_.Reset(pi.hProcess);
-  pid_ = pi.dwProcessId;
-  return true;
+  const std::wstring folder = exe.substr(0, exe.find_last_of(L'\\'));
+  process_ = Launch(L"\"" + exe + L"\"", folder.c_str(), &pid_);
+  return bool(process_);
 }
 
 bool Marquill::WaitReady(Duration timeout) {
@@ -262,38 +234,51 @@ bool PutClipboard(const std::vector<std::pair<UINT, std::string>>& formats) {
   return done;
 }
 
-bool SetClipboardText(const std::wstring& text) {
-  return PutClipboard({{CF_UNICODETEXT, std::string(reinterpret_cast<const char*>(text.c_str()),
-                                                    (text.size() + 1) * sizeof(wchar_t))}});
+std::string Utf16Bytes(const std::wstring& text) {
+  return std::string(reinterpret_cast<const char*>(text.c_str()), (text.size() + 1) * sizeof(wchar_t));
 }
+
+bool SetClipboardText(const std::wstring& text) { return PutClipboard({{CF_UNICODETEXT, Utf16Bytes(text)}}); }
 
 bool SetClipboardRtf(const std::string& rtf) {
   return PutClipboard({{RegisterClipboardFormatW(L"Rich Text Format"), rtf + '\0'}});
 }
 
-std::optional<std::wstring> ClipboardText() {
+std::optional<std::string> ClipboardBytes(UINT format) {
   if (!OpenClipboardPatiently()) return std::nullopt;
-  std::optional<std::wstring> text;
-  if (HANDLE data = GetClipboardData(CF_UNICODETEXT)) {
-    if (auto* chars = static_cast<const wchar_t*>(GlobalLock(data))) text = chars;
+  std::optional<std::string> bytes;
+  if (HANDLE data = GetClipboardData(format)) {
+    if (const char* p = static_cast<const char*>(GlobalLock(data))) bytes = std::string(p, GlobalSize(data));
     GlobalUnlock(data);
   }
   CloseClipboard();
-  return text;
+  return bytes;
 }
 
-long RunProgram(const std::wstring& command, Duration timeout) {
+std::optional<std::wstring> ClipboardText() {
+  auto bytes = ClipboardBytes(CF_UNICODETEXT);
+  if (!bytes) return std::nullopt;
+  std::wstring text(bytes->size() / sizeof(wchar_t), L'\0');
+  memcpy(text.data(), bytes->data(), text.size() * sizeof(wchar_t));
+  return text.substr(0, text.find(L'\0'));
+}
+
+mq::win32::UniqueKernelObject Launch(std::wstring command, const wchar_t* folder, DWORD* pid) {
   STARTUPINFOW si{};
   si.cb = sizeof(si);
   PROCESS_INFORMATION pi{};
-  std::wstring line = command;
-  if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi))
-    return -1;
+  if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, folder, &si, &pi))
+    return {};
   CloseHandle(pi.hThread);
-  mq::win32::UniqueKernelObject process(pi.hProcess);
+  if (pid) *pid = pi.dwProcessId;
+  return mq::win32::UniqueKernelObject(pi.hProcess);
+}
+
+long RunProgram(const std::wstring& command, Duration timeout) {
+  mq::win32::UniqueKernelObject process = Launch(command);
   DWORD code = 0;
-  if (WaitForSingleObject(pi.hProcess, static_cast<DWORD>(timeout.count())) != WAIT_OBJECT_0 ||
-      !GetExitCodeProcess(pi.hProcess, &code))
+  if (!process || WaitForSingleObject(process.Get(), static_cast<DWORD>(timeout.count())) != WAIT_OBJECT_0 ||
+      !GetExitCodeProcess(process.Get(), &code))
     return -1;
   return static_cast<long>(code);
 }

@@ -32,7 +32,6 @@ std::wstring MarquillPath();
 using Values = std::map<std::wstring, std::wstring>;
 void ClearSettings();
 void WriteSettings(const Values& values);
-Values ReadSettings();
 std::optional<std::wstring> ReadSetting(const std::wstring& key);
 // A string value under HKEY_CURRENT_USER; none when it is absent or no string.
 std::optional<std::wstring> ReadUserString(const wchar_t* key, const wchar_t* value);
@@ -100,12 +99,18 @@ void Tap(WORD vk);
 void CtrlTap(WORD vk);
 bool IsKeyDown(WORD vk);
 
+// A text's UTF-16 bytes with the closing NUL, as CF_UNICODETEXT holds them.
+std::string Utf16Bytes(const std::wstring& text);
 bool SetClipboardText(const std::wstring& text);
 std::optional<std::wstring> ClipboardText();
+// The bytes of one format on the clipboard; none when it is not there.
+std::optional<std::string> ClipboardBytes(UINT format);
 // Puts these formats on the clipboard at once, as a copying application does.
 bool PutClipboard(const std::vector<std::pair<UINT, std::string>>& formats);
 bool SetClipboardRtf(const std::string& rtf);
 
+// Starts a command line (in `folder` when given): the process, empty when it did not start.
+mq::win32::UniqueKernelObject Launch(std::wstring command, const wchar_t* folder = nullptr, DWORD* pid = nullptr);
 // Runs a command line and waits for it; its exit code, or -1 when it did not start or end.
 long RunProgram(const std::wstring& command, Duration timeout = 60s);
 

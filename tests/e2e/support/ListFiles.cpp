@@ -1,18 +1,10 @@
 #include "ListFiles.h"
 
-#include <commctrl.h>
-
 #include <vector>
 
 namespace e2e {
 
 namespace {
-std::wstring ClassOf(HWND hwnd) {
-  wchar_t cls[64] = {};
-  GetClassNameW(hwnd, cls, 64);
-  return cls;
-}
-
 std::vector<HWND> Descendants(HWND parent) {
   std::vector<HWND> out;
   EnumChildWindows(
@@ -25,57 +17,17 @@ std::vector<HWND> Descendants(HWND parent) {
   return out;
 }
 
-// Reads every tool of a tool-tip window of another process: the tool information and its
-// text have to live in that process's memory.
-HWND ToolNamed(HWND tooltip, HWND window, const std::wstring& tip) {
-  DWORD pid = 0;
-  GetWindowThreadProcessId(tooltip, &pid);
-  HANDLE process = OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE, FALSE, pid);
-  if (!process) return nullptr;
-  constexpr size_t kTextChars = 256;
-  auto* remote = static_cast<char*>(VirtualAllocEx(process, nullptr, sizeof(TOOLINFOW) + kTextChars * 2,
-                                                   MEM_COMMIT, PAGE_READWRITE));
-  HWND found = nullptr;
-  const int count = static_cast<int>(SendMessageW(tooltip, TTM_GETTOOLCOUNT, 0, 0));
-  for (int i = 0; i < count && remote && !found; ++i) {
-    TOOLINFOW info{};
-    info.cbSize = sizeof(info);
-    info.lpszText = reinterpret_cast<wchar_t*>(remote + sizeof(TOOLINFOW));
-    WriteProcessMemory(process, remote, &info, sizeof(info), nullptr);
-    if (!SendMessageW(tooltip, TTM_ENUMTOOLSW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(remote)))
-      continue;
-    wchar_t text[kTextChars] = {};
-    ReadProcessMemory(process, remote, &info, sizeof(info), nullptr);
-    ReadProcessMemory(process, remote + sizeof(TOOLINFOW), text, sizeof(text) - 2, nullptr);
-    HWND tool = info.uFlags & TTF_IDISHWND ? reinterpret_cast<HWND>(info.uId)
-                                          : GetDlgItem(info.hwnd, static_cast<int>(info.uId));
-    if (text == tip && tool && (tool == window || IsChild(window, tool))) found = tool;
-  }
-  if (remote) VirtualFreeEx(process, remote, 0, MEM_RELEASE);
-  CloseHandle(process);
-  return found;
-}
-
 std::vector<HWND> Edits(HWND dialog) {
   std::vector<HWND> edits;
+  wchar_t cls[8];
   for (HWND child : Descendants(dialog))
-    if (ClassOf(child) == L"Edit") edits.push_back(child);
+    if (GetClassNameW(child, cls, 8) && lstrcmpiW(cls, L"Edit") == 0) edits.push_back(child);
   return edits;
 }
 }  // namespace
 
 HWND FindToolButton(HWND window, const std::wstring& tip) {
-  if (!window) return nullptr;
-  DWORD pid = 0;
-  GetWindowThreadProcessId(window, &pid);
-  HWND tooltip = nullptr;
-  while ((tooltip = FindWindowExW(nullptr, tooltip, TOOLTIPS_CLASSW, nullptr))) {
-    DWORD owner = 0;
-    GetWindowThreadProcessId(tooltip, &owner);
-    if (owner != pid) continue;
-    if (HWND tool = ToolNamed(tooltip, window, tip)) return tool;
-  }
-  for (HWND child : Descendants(window))
+  for (HWND child : window ? Descendants(window) : std::vector<HWND>{})
     if (WindowText(child) == tip) return child;
   return nullptr;
 }

@@ -1,6 +1,6 @@
 // The clip list window's Save and Load buttons and the windows they open, driven from outside:
-// buttons found by their tool tip, the common dialogs by their title, the password dialog and
-// the load-mode popup by theirs.
+// buttons found by their names, the common dialogs by their title, the password dialog and the
+// load-mode popup by theirs.
 #pragma once
 
 #include <windows.h>
@@ -11,8 +11,8 @@
 
 namespace e2e {
 
-// The child of `window` that a tool tip of the same process names (or whose own text is
-// `tip`); null when there is none.
+// The child of `window` named `tip`: the image buttons carry their tool tip as their text, which
+// is what a screen reader says. Null when there is none.
 HWND FindToolButton(HWND window, const std::wstring& tip);
 // Clicks a button of another process as the mouse would (the window is brought to the front).
 void ClickButton(HWND button);
