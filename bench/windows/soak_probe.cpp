@@ -9,6 +9,7 @@
 #include <windows.h>
 #include <psapi.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdarg>
@@ -180,8 +181,12 @@ bool Soak::Toggle(bool shown) {
 }
 
 void Soak::ViewerAndSettings() {
-  if (Count() > 0) {
-    SendMessageW(list_, LB_SETCURSEL, 0, 0);
+  // The viewer shows the first entry under 64 KB: Wine's rich edit control, given a
+  // paragraph of several hundred thousand characters to lay out, grows by gigabytes.
+  const auto small = std::find_if(expected_.begin(), expected_.end(),
+                                  [](const Entry& e) { return e.text.size() < 32'768; });
+  if (small != expected_.end()) {
+    SendMessageW(list_, LB_SETCURSEL, small - expected_.begin(), 0);
     PostMessageW(window_, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(list_), LBN_DBLCLK),
                  reinterpret_cast<LPARAM>(list_));
     if (HWND viewer = WaitForTopWindow(L"Clipboard Preview", 60s, nullptr, app_.Pid())) {

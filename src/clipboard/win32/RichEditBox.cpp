@@ -70,6 +70,11 @@ bool StreamIn(HWND box, WPARAM format, const void* data, size_t size) {
 
 const wchar_t* RichEditWindowClass() { return RichEditClass(); }
 
+void TakeLongText(HWND box) {
+  SendMessageW(box, EM_EXLIMITTEXT, 0, 0x7FFFFFFE);
+  SendMessageW(box, EM_SETUNDOLIMIT, 0, 0);
+}
+
 bool StreamInto(HWND box, WPARAM format, const void* data, size_t size) {
   return StreamIn(box, format, data, size);
 }
@@ -96,9 +101,7 @@ void RichEditBox::Renew() {
   box_.Reset(CreateWindowExW(0, cls, L"", style, 0, 0, 400, 300, parent_ ? parent_ : HWND_MESSAGE,
                              nullptr, GetModuleHandleW(nullptr), nullptr));
   if (!box_) return;
-  // The default limit (32,767 characters) would cut long clips; undo only costs memory here.
-  SendMessageW(box_.Get(), EM_EXLIMITTEXT, 0, 0x7FFFFFFE);
-  SendMessageW(box_.Get(), EM_SETUNDOLIMIT, 0, 0);
+  TakeLongText(box_.Get());
   // No wrapping: a never-shown box needs no line layout.
   SendMessageW(box_.Get(), EM_SETTARGETDEVICE, 0, 1);
 }

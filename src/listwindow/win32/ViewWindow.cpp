@@ -30,6 +30,7 @@ bool ViewWindow::Load() {
                              WS_CHILD | WS_VISIBLE | WS_VSCROLL | WS_BORDER | ES_MULTILINE |
                                  ES_READONLY | ES_AUTOVSCROLL,
                              0, 0, 0, 0, hwnd(), reinterpret_cast<HMENU>(kTextId), instance, nullptr);
+  if (richEdit) TakeLongText(rtbView_);
   // Keys and clicks in the text come to this window as EN_MSGFILTER notices.
   SendMessageW(rtbView_, EM_SETEVENTMASK, 0, ENM_KEYEVENTS | ENM_MOUSEEVENTS);
   SendMessageW(rtbView_, EM_SETBKGNDCOLOR, 0, GetSysColor(COLOR_WINDOW));
