@@ -8,6 +8,15 @@ Text RowText(int16_t format, TextView displayText) {
   return row;
 }
 
+namespace {
+// Puts an entry in a slot and frees the old one's buffers: a string assigned a short or empty
+// one keeps its capacity, and a cleared list would hold on to megabytes.
+void Put(ClipEntry& slot, ClipEntry entry) {
+  ClipEntry old = std::move(slot);
+  slot = std::move(entry);
+}
+}  // namespace
+
 int ClipStore::FindFreeSlot() const {
   for (int slot = 0; slot < kClipSlots; ++slot)
     if (slots_[slot].Empty()) return slot;
@@ -18,7 +27,7 @@ int ClipStore::Append(ClipEntry entry, TextView displayText) {
   int slot = FindFreeSlot();
   if (slot < 0 || entry.Empty()) return -1;
   int16_t format = entry.format;
-  slots_[slot] = std::move(entry);
+  Put(slots_[slot], std::move(entry));
   lstClip.AddItem(RowText(format, displayText), slot);
   return slot;
 }
@@ -26,7 +35,7 @@ int ClipStore::Append(ClipEntry entry, TextView displayText) {
 void ClipStore::DeleteRow(int row) {
   if (row < 0 || row >= lstClip.ListCount()) return;
   int slot = lstClip.ItemData(row);
-  if (slot >= 0 && slot < kClipSlots) slots_[slot] = ClipEntry{};
+  if (slot >= 0 && slot < kClipSlots) Put(slots_[slot], {});
   lstClip.RemoveItem(row);
 }
 
@@ -34,7 +43,7 @@ int ClipStore::DuplicateRow(int row) {
   if (row < 0 || row >= lstClip.ListCount()) return -1;
   int slot = FindFreeSlot();
   if (slot < 0) return -1;
-  slots_[slot] = slots_.at(lstClip.ItemData(row));
+  Put(slots_[slot], slots_.at(lstClip.ItemData(row)));
   lstClip.AddItem(lstClip.List(row), slot, row + 1);
   return slot;
 }
@@ -42,13 +51,13 @@ int ClipStore::DuplicateRow(int row) {
 void ClipStore::SetRowEntry(int row, ClipEntry entry, TextView displayText) {
   if (row < 0 || row >= lstClip.ListCount() || entry.Empty()) return;
   int16_t format = entry.format;
-  slots_.at(lstClip.ItemData(row)) = std::move(entry);
+  Put(slots_.at(lstClip.ItemData(row)), std::move(entry));
   lstClip.SetList(row, RowText(format, displayText));
 }
 
 void ClipStore::ClearAll() {
   lstClip.Clear();
-  slots_.fill(ClipEntry{});
+  for (ClipEntry& slot : slots_) Put(slot, {});
 }
 
 void ClipStore::Replace(std::vector<std::pair<ClipEntry, Text>> entries) {
@@ -58,7 +67,7 @@ void ClipStore::Replace(std::vector<std::pair<ClipEntry, Text>> entries) {
     if (slot == kClipSlots) break;
     if (entry.Empty()) continue;
     int16_t format = entry.format;
-    slots_[slot] = std::move(entry);
+    Put(slots_[slot], std::move(entry));
     lstClip.AddItem(RowText(format, display), slot);
     ++slot;
   }

@@ -189,6 +189,17 @@ TEST_F(Capture, LongEntriesKeepTheirWholeTextBehindAShortRow) {
     EXPECT_EQ(store.EntryAtRow(r), expected[r].second) << r;
   }
   EXPECT_TRUE(store.InvariantsHold());
+  // An entry replaced, deleted or cleared gives its memory back.
+  auto holds = [&](int slot) {
+    return store.Entry(slot).text.capacity() > 16 || store.Entry(slot).rtf.capacity() > 16;
+  };
+  const int first = list.ItemData(0), sixth = list.ItemData(5);
+  store.SetRowEntry(0, ClipEntry::Rich("{\\rtf1 x}"), u"x");
+  EXPECT_FALSE(holds(first));
+  store.DeleteRow(5);
+  EXPECT_FALSE(holds(sixth));
+  store.ClearAll();
+  for (int slot = 0; slot < kClipSlots; ++slot) EXPECT_FALSE(holds(slot)) << slot;
 }
 
 TEST_F(Capture, FullListShowsTheMessageOncePerContentAndNeverReenters) {
