@@ -76,7 +76,7 @@ int wmain() {
   Settings settings(port);
   frmList list(settings);
   win32::ListWindow window(list, true);
-  window.CreateHidden();
+  window.Prepare();  // the first capture makes the window, as in the program
   list.SetView(&window);
   ClipStore store(list.lstClip);
   win32::Win32Clipboard clipboard;

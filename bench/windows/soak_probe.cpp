@@ -172,10 +172,15 @@ void Soak::PasteOne() {
 
 bool Soak::Toggle(bool shown) {
   app_.TrayClick(WM_RBUTTONDOWN);  // the right click's action: show or hide the clip list
-  if (!WaitFor([&] { return IsShown(window_) == shown; })) {
+  // The window is made when it is first shown.
+  if (!WaitFor([&] {
+        if (!window_) window_ = FindTopWindow(L"Clip List", L"MarquillClipList", app_.Pid());
+        return IsShown(window_) == shown;
+      })) {
     Problem("the clip list window did not %s", shown ? "show" : "hide");
     return false;
   }
+  if (!list_) list_ = FindChild(window_, L"ListBox");
   Pump(400ms);  // the fade
   return true;
 }
@@ -246,8 +251,6 @@ int Soak::Run() {
     std::printf("marquill.exe did not start\n");
     return 1;
   }
-  window_ = FindTopWindow(L"Clip List", L"MarquillClipList", app_.Pid());
-  list_ = FindChild(window_, L"ListBox");
   WaitFor([&] { return !FindTopWindow(L"About Marquill", nullptr, app_.Pid()); }, 5s);
   HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, app_.Pid());
 

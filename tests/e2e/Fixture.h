@@ -25,33 +25,41 @@ class EndToEnd : public ::testing::Test {
     e2e::ClearSettings();
   }
 
-  // Starts `app` with these settings and waits until it is ready, its clip list window and list
-  // box are found and the start-up splash has gone (so it never stands in front of an editor).
+  // Starts `app` with these settings and waits until it is ready and the start-up splash has
+  // gone (so it never stands in front of an editor).
   void StartMarquill(const e2e::Values& settings = {}) {
     using namespace e2e;
     WriteSettings(settings);
     ASSERT_TRUE(app.Start());
     ASSERT_TRUE(app.WaitReady());
-    listWindow = FindTopWindow(L"Clip List", L"MarquillClipList", app.Pid());
-    if (!listWindow) listWindow = FindTopWindow(L"Clip List (Top)", L"MarquillClipList", app.Pid());
-    ASSERT_NE(listWindow, nullptr);
-    list = FindChild(listWindow, L"ListBox");
-    ASSERT_NE(list, nullptr);
     WaitFor([&] { return !FindTopWindow(L"About Marquill", nullptr, app.Pid()); }, 5s);
   }
-  std::vector<std::wstring> Rows() const { return e2e::ListBoxRows(list); }
+  // The clip list window and its list box, made when first shown or when the first row comes.
+  // Found by its class: its caption changes, and asking for it waits on a busy program.
+  HWND ClipList() const {
+    auto found = e2e::FindTopWindows(nullptr, L"MarquillClipList", app.Pid());
+    return found.empty() ? nullptr : found.front();
+  }
+  HWND ListBox() const { return e2e::FindChild(ClipList(), L"ListBox"); }
+  // Shows the clip list window with the default "Show Clip List" hotkey, past its fade.
+  void ShowClipList() {
+    e2e::CtrlTap('2');
+    ASSERT_TRUE(e2e::WaitFor([&] { return e2e::IsShown(ClipList()); }));
+    e2e::Pump(e2e::Duration(500));
+  }
+  std::vector<std::wstring> Rows() const { return e2e::ListBoxRows(ListBox()); }
   bool WaitForRows(const std::vector<std::wstring>& rows, e2e::Duration timeout = e2e::Duration(10000)) const {
     return e2e::WaitFor([&] { return Rows() == rows; }, timeout, e2e::Duration(50));
   }
   // Counts without reading the rows, which may be long.
   bool WaitForRowCount(size_t n, e2e::Duration timeout = e2e::Duration(10000)) const {
-    return e2e::WaitFor([&] { return SendMessageW(list, LB_GETCOUNT, 0, 0) == static_cast<LRESULT>(n); },
+    return e2e::WaitFor([&] { return SendMessageW(ListBox(), LB_GETCOUNT, 0, 0) == static_cast<LRESULT>(n); },
                         timeout, e2e::Duration(10));
   }
   // Puts a copy on the clipboard from outside, waits for its row and lets the capture debounce
   // pass, so the next copy is taken too.
   void Copy(const std::function<bool()>& put) {
-    const size_t before = static_cast<size_t>(SendMessageW(list, LB_GETCOUNT, 0, 0));
+    const size_t before = static_cast<size_t>(SendMessageW(ListBox(), LB_GETCOUNT, 0, 0));
     ASSERT_TRUE(put());
     ASSERT_TRUE(WaitForRowCount(before + 1)) << "not captured";
     e2e::Pump(e2e::Duration(300));
@@ -59,7 +67,6 @@ class EndToEnd : public ::testing::Test {
   void Copy(const std::wstring& text) { Copy([&] { return e2e::SetClipboardText(text); }); }
 
   e2e::Marquill app;
-  HWND listWindow = nullptr, list = nullptr;
 };
 
 // Tests that save and load lists: a scratch folder of their own (its name outside ASCII) and the
@@ -81,10 +88,12 @@ class WithListFiles : public EndToEnd {
     std::filesystem::remove_all(folder, ignored);
   }
 
+  // Starts the program and shows its clip list window, whose buttons save and load.
   void Start(const e2e::Values& settings = {}) {
     StartMarquill(settings);
-    save = e2e::FindToolButton(listWindow, L"Save List");
-    load = e2e::FindToolButton(listWindow, L"Load List");
+    ShowClipList();
+    save = e2e::FindToolButton(ClipList(), L"Save List");
+    load = e2e::FindToolButton(ClipList(), L"Load List");
     ASSERT_TRUE(save && load) << "no buttons with the tips \"Save List\" and \"Load List\"";
   }
   std::wstring Path(const std::wstring& name) const { return (folder / name).wstring(); }

@@ -44,34 +44,29 @@ HWND ChildByText(HWND parent, const wchar_t* text) { return FindWindowExW(parent
 
 class ListWindow : public EndToEnd {
  protected:
-  void ShowWindow() {
-    CtrlTap('2');  // the default "Show Clip List" hotkey
-    ASSERT_TRUE(WaitFor([&] { return IsShown(listWindow); }));
-    Pump(500ms);  // the fade
-  }
   POINT Row(int index) const {
     RECT r{};
-    SendMessageW(list, LB_GETITEMRECT, index, reinterpret_cast<LPARAM>(&r));
+    SendMessageW(ListBox(), LB_GETITEMRECT, index, reinterpret_cast<LPARAM>(&r));
     POINT p{(r.left + r.right) / 2, (r.top + r.bottom) / 2};
-    ClientToScreen(list, &p);
+    ClientToScreen(ListBox(), &p);
     return p;
   }
   void Press(const wchar_t* caption) {
     RECT r{};
-    ASSERT_TRUE(GetWindowRect(ChildByText(listWindow, caption), &r)) << "no button " << caption;
+    ASSERT_TRUE(GetWindowRect(ChildByText(ClipList(), caption), &r)) << "no button " << caption;
     ClickAt({(r.left + r.right) / 2, (r.top + r.bottom) / 2});
     Pump(200ms);
   }
   RECT WindowRect() const {
     RECT r{};
-    GetWindowRect(listWindow, &r);
+    GetWindowRect(ClipList(), &r);
     return r;
   }
 };
 
 TEST_F(ListWindow, CommandsAndDragOnCopiedEntries) {
   StartMarquill();
-  ShowWindow();
+  ShowClipList();
   for (const wchar_t* t : {L"alpha", L"bravo", L"charlie"}) Copy(t);
   ClickAt(Row(1));
   Press(L"D&uplicate");
@@ -105,22 +100,22 @@ TEST_F(ListWindow, CommandsAndDragOnCopiedEntries) {
 
 TEST_F(ListWindow, StartsCondensedAndPinnedFromTheSettings) {
   StartMarquill({{L"Set_Vu", L"2"}, {L"Set_Pn", L"2"}});
-  EXPECT_EQ(WindowText(listWindow), L"Clip List (Top)");  // pinned (see the list files' tests)
-  ShowWindow();
+  ShowClipList();
+  EXPECT_EQ(WindowText(ClipList()), L"Clip List (Top)");  // pinned (see the list files' tests)
   int shown = 0;
-  for (HWND c = nullptr; (c = FindWindowExW(listWindow, c, L"Button", nullptr));) shown += IsShown(c);
+  for (HWND c = nullptr; (c = FindWindowExW(ClipList(), c, L"Button", nullptr));) shown += IsShown(c);
   EXPECT_EQ(shown, 5) << "only the five toggles";
-  EXPECT_FALSE(IsWindowVisible(ChildByText(listWindow, L"&Delete")));
-  EXPECT_TRUE(IsWindowVisible(ChildByText(listWindow, L"&D")));
+  EXPECT_FALSE(IsWindowVisible(ChildByText(ClipList(), L"&Delete")));
+  EXPECT_TRUE(IsWindowVisible(ChildByText(ClipList(), L"&D")));
   RECT r = WindowRect();
-  UINT dpi = GetDpiForWindow(listWindow);
+  UINT dpi = GetDpiForWindow(ClipList());
   EXPECT_EQ(r.right - r.left, MulDiv(1950, dpi, 1440));
   EXPECT_EQ(r.bottom - r.top, MulDiv(1845, dpi, 1440));
 }
 
 TEST_F(ListWindow, GeometryFollowsTheMouseAndComesBack) {
   StartMarquill();
-  ShowWindow();
+  ShowClipList();
   RECT start = WindowRect();
   // The top-left corner: the window grows up and left, its right and bottom edges stay.
   Drag({start.left + 1, start.top + 1}, {start.left - 60, start.top - 40});
@@ -134,6 +129,7 @@ TEST_F(ListWindow, GeometryFollowsTheMouseAndComesBack) {
   EXPECT_NEAR(last.right, moved.right - 50, 3);
   ASSERT_TRUE(app.Close());
   StartMarquill();
+  ShowClipList();
   RECT back = WindowRect();
   EXPECT_TRUE(EqualRect(&back, &last)) << "the next start has the same place and size";
 }
@@ -142,7 +138,7 @@ TEST_F(ListWindow, GeometryFollowsTheMouseAndComesBack) {
 // printed.
 TEST_F(ListWindow, DoubleClickShowsTheEntryBesideTheWindowAndAKeyClosesIt) {
   StartMarquill();
-  ShowWindow();
+  ShowClipList();
   Copy(L"first words");
   std::string rtf = "{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\f0 ";
   while (rtf.size() < 100 * 1024) rtf += "plain words and {\\b bold words} in a long rich entry\\par\r\n";

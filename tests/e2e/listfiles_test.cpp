@@ -71,7 +71,7 @@ TEST_F(ListFiles, ProtectedListAsksForItsPassword) {
   SaveAs(L"vault");
   HWND pass = WaitForPasswordDialog(app.Pid());
   ASSERT_NE(pass, nullptr);
-  EXPECT_EQ(GetWindow(pass, GW_OWNER), listWindow);
+  EXPECT_EQ(GetWindow(pass, GW_OWNER), ClipList());
   EnterPassword(pass, 0, L"abc");
   EnterPassword(pass, 1, L"ABC");
   EXPECT_EQ(DismissMessageBox(app.Pid(), L"Error: Password mismatch"), L"Passwords do not match");
@@ -97,14 +97,14 @@ TEST_F(ListFiles, ProtectedListAsksForItsPassword) {
 
 TEST_F(ListFiles, PinnedWindowStepsBackForItsDialogsAndPopupButtonsMergeInTheirOrder) {
   Start({{L"Set_Pn", L"2"}});
-  ASSERT_TRUE(IsTopmost(listWindow));
+  ASSERT_TRUE(IsTopmost(ClipList()));
   ClickButton(load);  // an empty list: straight to the dialog
   HWND dialog = WaitForTopWindow(L"Load Marquill File", 30s, L"#32770", app.Pid());
   ASSERT_NE(dialog, nullptr);
-  EXPECT_EQ(GetWindow(dialog, GW_OWNER), listWindow);
-  EXPECT_FALSE(IsTopmost(listWindow));
+  EXPECT_EQ(GetWindow(dialog, GW_OWNER), ClipList());
+  EXPECT_FALSE(IsTopmost(ClipList()));
   ASSERT_TRUE(AnswerFileDialog(app.Pid(), L"Load Marquill File", L""));
-  EXPECT_TRUE(WaitFor([&] { return IsTopmost(listWindow); }));
+  EXPECT_TRUE(WaitFor([&] { return IsTopmost(ClipList()); }));
 
   Copy(L"loaded");
   SaveAs(L"one.mql");

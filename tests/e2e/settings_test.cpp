@@ -60,11 +60,11 @@ TEST_F(SettingsDialog, SavedChoicesApplyAtOnce) {
   EXPECT_TRUE(WaitForRows({}));
 
   CtrlTap('2');  // slot 0 on a fresh installation: show the list, at half opacity
-  ASSERT_TRUE(WaitFor([&] { return IsShown(listWindow); }));
+  ASSERT_TRUE(WaitFor([&] { return IsShown(ClipList()); }));
   BYTE alpha = 0;
   EXPECT_TRUE(WaitFor([&] {
     DWORD flags = 0;
-    return GetLayeredWindowAttributes(listWindow, nullptr, &alpha, &flags) && alpha == 50 * 255 / 100;
+    return GetLayeredWindowAttributes(ClipList(), nullptr, &alpha, &flags) && alpha == 50 * 255 / 100;
   })) << static_cast<int>(alpha);
 }
 

@@ -21,12 +21,12 @@ TEST_F(EndToEnd, TrayButtonsOpenTheMenuAndFunctionHotkeysAct) {
 
   // CTRL+2: show the clip list window, hidden from start-up on, and hide it, with no notice.
   auto flash = [&] { return FindTopWindow(L"FlashNotify", nullptr, app.Pid()); };
-  EXPECT_FALSE(IsShown(listWindow));
+  EXPECT_FALSE(IsShown(ClipList()));
   CtrlTap('2');
-  EXPECT_TRUE(WaitFor([&] { return IsShown(listWindow); }));
+  EXPECT_TRUE(WaitFor([&] { return IsShown(ClipList()); }));
   EXPECT_FALSE(flash()) << "showing the list flashes no notice";
   CtrlTap('2');
-  EXPECT_TRUE(WaitFor([&] { return !IsShown(listWindow); }));
+  EXPECT_TRUE(WaitFor([&] { return !IsShown(ClipList()); }));
   // CTRL+5: capturing off, with a notice that goes again; disabled, a copy changes nothing.
   CtrlTap('5');
   EXPECT_TRUE(WaitFor([&] { return ReadSetting(L"Cur_En") == L"2"; }));

@@ -95,7 +95,7 @@ int App::Run() {
                         clip,     list,   os,     ProgramFolder()};
   frmMain main(services);
   ListWindow listWindow(list, IsXpClass(os));
-  if (!listWindow.CreateHidden()) return 1;
+  listWindow.Prepare();
   list.SetView(&listWindow);
   list.Connect({store, rtbFormat, cases, window});
   listWindow.onEscape = [&] {

@@ -50,37 +50,44 @@ ListWindow::~ListWindow() {
   Destroy();
 }
 
-bool ListWindow::CreateHidden() {
+void ListWindow::Prepare() {
+  // The design position, the work area's bottom right corner, is where saved geometry
+  // starts from, so the model has it before it first loads.
+  const UINT dpi = DpiOfSystem();
+  RECT work{};
+  SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+  const Size design = ListLayout::kDesignSize;
+  const int margin = ScaleToDpi(16, dpi);
+  model_.SetTwipsPerPixel(1440.0 / dpi, 1440.0 / dpi);
+  model_.layout.window.left = TwipsFromPixels(work.right - PixelsFromTwips(design.width, dpi) - margin, dpi);
+  model_.layout.window.top = TwipsFromPixels(work.bottom - PixelsFromTwips(design.height, dpi) - margin, dpi);
+  model_.SetViewer(&viewer_);
+  model_.lstClip.SetObserver(this);
+}
+
+bool ListWindow::Load() {
   HINSTANCE instance = GetModuleHandleW(nullptr);
   HICON icon = static_cast<HICON>(LoadImageW(instance, MAKEINTRESOURCEW(IDI_LIST_WINDOW),
                                              IMAGE_ICON, 0, 0, LR_DEFAULTSIZE | LR_SHARED));
   RegisterClassOnce(kClassName, CS_DBLCLKS, nullptr, icon);
-  // The design position: the work area's bottom right corner.
-  UINT dpi = DpiOfSystem();
-  RECT work{};
-  SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
-  const Size design = ListLayout::kDesignSize;
-  int margin = ScaleToDpi(16, dpi);
-  int left = work.right - PixelsFromTwips(design.width, dpi) - margin;
-  int top = work.bottom - PixelsFromTwips(design.height, dpi) - margin;
   // Tab and the "&" keys move between the controls as in a dialog (WS_EX_CONTROLPARENT).
   DWORD ex = WS_EX_TOOLWINDOW | WS_EX_CONTROLPARENT | (layered_ ? WS_EX_LAYERED : 0);
-  if (!Create(kClassName, W(model_.Caption), WS_POPUP | WS_CLIPCHILDREN, ex, left, top,
-              PixelsFromTwips(design.width, dpi), PixelsFromTwips(design.height, dpi)))
-    return false;
-  dpi_ = DpiOfWindow(hwnd());
-  model_.SetTwipsPerPixel(1440.0 / dpi_, 1440.0 / dpi_);
-  model_.layout.window.left = TwipsFromPixels(left, dpi_);
-  model_.layout.window.top = TwipsFromPixels(top, dpi_);
-
+  const Size design = ListLayout::kDesignSize;
+  // The window takes the model's geometry below; what it is made with must not become it.
+  ++applying_;
+  const bool made = Create(kClassName, W(model_.Caption), WS_POPUP | WS_CLIPCHILDREN, ex, 0, 0,
+                           PixelsFromTwips(design.width, DpiOfSystem()),
+                           PixelsFromTwips(design.height, DpiOfSystem()));
+  --applying_;
+  if (!made) return false;
   CreateControls();
   fader_.Attach(hwnd(), layered_);
   viewer_.SetOwner(hwnd());
-  model_.SetViewer(&viewer_);
-  UpdateDpi(dpi_);
-  model_.lstClip.SetObserver(this);
-  for (int i = 0; i < model_.lstClip.ListCount(); ++i) RowInserted(i, model_.lstClip.Rows()[i]);
-  StateChanged();
+  UpdateDpi(DpiOfWindow(hwnd()));
+  const ListModel& rows = model_.lstClip;
+  for (int i = 0; i < rows.ListCount(); ++i) RowInserted(i, rows.Rows()[i]);
+  ListIndexChanged(rows.ListIndex());
+  StateChanged();  // places the window where the model has it
   return true;
 }
 
@@ -237,10 +244,13 @@ ScreenRect ListWindow::LoadButtonRect() {
   return {r.left, r.top, r.right, r.bottom};
 }
 
-void ListWindow::Show(bool fade) { fader_.FadeIn(fade); }
+void ListWindow::Show(bool fade) {
+  if (hwnd() || Load()) fader_.FadeIn(fade);
+}
 
 void ListWindow::Hide(bool fade) {
   viewer_.Close();
+  if (!hwnd()) return;
   // At the program's exit the window goes right after: the fade runs to its end first.
   if (model_.Ending()) {
     fader_.FadeOutNow(fade);
@@ -265,6 +275,11 @@ void ListWindow::StateChanged() {
 }
 
 void ListWindow::RowInserted(int index, const ListRow& row) {
+  // The first row makes the window, which takes every row the model has.
+  if (!hwnd()) {
+    Load();
+    return;
+  }
   LRESULT at = SendMessageW(lstClip(), LB_INSERTSTRING, index, reinterpret_cast<LPARAM>(W(row.text)));
   if (at >= 0) SendMessageW(lstClip(), LB_SETITEMDATA, at, row.itemData);
 }
@@ -272,6 +287,7 @@ void ListWindow::RowInserted(int index, const ListRow& row) {
 void ListWindow::RowRemoved(int index) { SendMessageW(lstClip(), LB_DELETESTRING, index, 0); }
 
 void ListWindow::RowChanged(int index, const ListRow& row) {
+  if (!hwnd()) return;
   HWND list = lstClip();
   LRESULT selected = SendMessageW(list, LB_GETCURSEL, 0, 0);
   SendMessageW(list, WM_SETREDRAW, FALSE, 0);

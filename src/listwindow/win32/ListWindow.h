@@ -32,7 +32,9 @@ class ListWindow final : public Window,
   ListWindow(frmList& model, bool layeredWindows);
   ~ListWindow() override;
 
-  bool CreateHidden();
+  // Gives the model the window's design position and starts mirroring it; the window itself
+  // is made when it is first shown or the queue gets its first row.
+  void Prepare();
   HWND lstClip() const { return control(Ctl::lstClip); }
   ViewWindow& frmView() { return viewer_; }
   // Esc in the window: the tray command hides it.
@@ -60,6 +62,7 @@ class ListWindow final : public Window,
  private:
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
   HWND control(Ctl c) const { return controls_[static_cast<int>(c)]; }
+  bool Load();
   void CreateControls();
   void AddTip(HWND control, const wchar_t* text);
   void SetTip(HWND control, const Text& text);
