@@ -142,16 +142,16 @@ void PutHeader(Bytes& out, std::string_view name, std::string_view author, size_
   PutI32(out, 0);  // picture records
 }
 
-void PutString(Bytes& out, std::string_view id, std::string_view data) {
+// A string record's ID and length; its data follows.
+void PutStringHead(Bytes& out, std::string_view id, size_t size) {
   PutField(out, id);
-  if (data.size() <= static_cast<size_t>(std::numeric_limits<int16_t>::max())) {
+  if (size <= static_cast<size_t>(std::numeric_limits<int16_t>::max())) {
     // The documented layout, byte for byte.
-    PutI16(out, static_cast<int16_t>(data.size()));
+    PutI16(out, static_cast<int16_t>(size));
   } else {
     PutI16(out, EVBResource::kLongLengthMark);
-    PutI32(out, static_cast<int32_t>(data.size()));
+    PutI32(out, static_cast<int32_t>(size));
   }
-  out += data;
 }
 }  // namespace
 
@@ -162,7 +162,10 @@ Bytes EVBResource::saveToBytes() const {
   Bytes out;
   out.reserve(size);
   PutHeader(out, ResName, Author, strings_.size(), longs_.size());
-  for (const auto& s : strings_) PutString(out, s.id, s.data);
+  for (const auto& s : strings_) {
+    PutStringHead(out, s.id, s.data.size());
+    out += s.data;
+  }
   for (const auto& l : longs_) {
     PutField(out, l.id);
     PutI32(out, l.value);
@@ -170,13 +173,16 @@ Bytes EVBResource::saveToBytes() const {
   return out;
 }
 
-EVBResource::Writer::Writer(int32_t strings, size_t reserveBytes) {
-  out_.reserve(kHeaderSize + reserveBytes);
-  PutHeader(out_, {}, {}, static_cast<size_t>(strings), 0);
+EVBResource::Writer::Writer(int32_t strings, const Put& put) : put_(put) {
+  PutHeader(head_, {}, {}, static_cast<size_t>(strings), 0);
+  put_(head_);
 }
 
 void EVBResource::Writer::addString(std::string_view data, std::string_view id) {
-  PutString(out_, TrimRightSpaces(id), data);
+  head_.clear();
+  PutStringHead(head_, TrimRightSpaces(id), data.size());
+  put_(head_);
+  put_(data);
 }
 
 bool EVBResource::loadFromBytes(std::string_view data) {

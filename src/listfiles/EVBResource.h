@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string_view>
 #include <unordered_set>
 #include <vector>
@@ -46,17 +47,19 @@ class EVBResource {
 
   Bytes saveToBytes() const;
 
-  // Writes a resource file of string records straight into its bytes, each record's data
-  // copied once: a list of megabytes is not held twice. The bytes are those saveToBytes
-  // gives for the same records, which must all be announced and have valid, distinct IDs.
+  // Hands a resource file of string records to put piece by piece (the header, then each
+  // record's ID and length, then its data as given): a list of megabytes is never gathered
+  // into one buffer. The pieces make the bytes saveToBytes gives for the same records, which
+  // must all be announced and have valid, distinct IDs.
   class Writer {
    public:
-    Writer(int32_t strings, size_t reserveBytes);
+    using Put = std::function<void(std::string_view)>;
+    Writer(int32_t strings, const Put& put);
     void addString(std::string_view data, std::string_view id);
-    Bytes take() { return std::move(out_); }
 
    private:
-    Bytes out_;
+    const Put& put_;
+    Bytes head_;  // reused for every record
   };
   // Replaces the content with the resource file in data. False when the data is damaged:
   // too short, a negative count, a count, length or ID running past the end. Picture

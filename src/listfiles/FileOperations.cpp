@@ -50,33 +50,38 @@ int16_t EntryTypeOfId(std::string_view id) {
 
 namespace {
 
-// The file for entries given by address, so that a save copies no entry first.
+// The file for entries given by address, so that a save copies no entry first. Each plain
+// entry is converted once into a buffer of its own (blocks of an entry's size, which the
+// heap reuses); the encoder reads the records where they lie, so no buffer the size of the
+// whole resource file is filled only to be coded and freed.
 Bytes EncodeEntries(const std::vector<const ClipEntry*>& entries, const CodePage& codePage,
                     bool isProtected, TextView password) {
-  // Room for every entry at two bytes a character; pages never written cost nothing.
-  size_t room = 0;
-  for (const ClipEntry* e : entries)
-    room += 64 + (e->IsRich() ? e->rtf.size() : e->text.size() * 2);
-  EVBResource::Writer store(static_cast<int32_t>(entries.size()), room);
-  Bytes scratch;  // one conversion buffer for all entries
+  struct Record {
+    std::string_view data;
+    Bytes id;
+  };
+  std::vector<Record> records(entries.size());
+  std::vector<Bytes> converted(entries.size());
   for (size_t p = 0; p < entries.size(); ++p) {
     const ClipEntry& e = *entries[p];
     int16_t type = e.format;
-    std::string_view data;
     if (e.IsRich()) {
-      data = e.rtf;
+      records[p].data = e.rtf;
     } else {
       type = kFormatPlain;
       // ANSI whenever nothing would be lost; otherwise the exact UTF-16 text.
-      if (!codePage.ToAnsiExact(e.text, scratch)) {
+      if (!codePage.ToAnsiExact(e.text, converted[p])) {
         type = kTypeUnicode;
-        Utf16LeBytes(e.text, scratch);
+        Utf16LeBytes(e.text, converted[p]);
       }
-      data = scratch;
+      records[p].data = converted[p];
     }
-    store.addString(data, Narrow(Format000(static_cast<long long>(p)) + ToDecimal(type)));
+    records[p].id = Narrow(Format000(static_cast<long long>(p)) + ToDecimal(type));
   }
-  Bytes file = clsHuffman::Encode(store.take());
+  Bytes file = clsHuffman::Encode([&](const clsHuffman::Put& put) {
+    EVBResource::Writer store(static_cast<int32_t>(records.size()), put);
+    for (const Record& r : records) store.addString(r.data, r.id);
+  });
   if (!isProtected) return file;
   clsRC4 rc4;
   rc4.Key(password, codePage);

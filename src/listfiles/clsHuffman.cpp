@@ -27,12 +27,6 @@ inline void Store64(uint8_t* p, uint64_t v) {
   std::memcpy(p, &v, 8);
 }
 
-Bytes StoredContainer(std::string_view input) {
-  Bytes out{kMark0, kMark1, kStored, kCR};
-  out.append(input);
-  return out;
-}
-
 // ---- Encoder --------------------------------------------------------------------------
 
 struct Code {
@@ -88,36 +82,49 @@ std::array<Code, 256> BuildCodes(const std::array<uint64_t, 256>& counts) {
   return codes;
 }
 
-// Appends codes LSB-first. Each step writes 8 bytes and advances by the whole bytes filled,
-// so the destination needs 8 bytes of slack. PerFlush codes fit the 64-bit buffer together.
-template <int PerFlush>
-uint8_t* PackData(const uint8_t* in, const uint8_t* end, uint8_t* out,
-                  const std::array<Code, 256>& codes) {
+// Appends codes LSB-first, carrying the unfinished byte from one piece to the next. Each
+// step writes 8 bytes and advances by the whole bytes filled, so the destination needs 8
+// bytes of slack.
+struct Packer {
+  uint8_t* out;
   uint64_t buf = 0;
   unsigned n = 0;
+
+  void Put(const Code& c) {
+    buf |= c.bits << n;
+    n += static_cast<unsigned>(c.length);
+    Flush();
+  }
+  void Flush() {
+    Store64(out, buf);
+    out += n >> 3;
+    buf >>= (n & ~7u);
+    n &= 7;
+  }
+  uint8_t* Finish() {
+    if (n) *out++ = static_cast<uint8_t>(buf);
+    return out;
+  }
+};
+
+// PerFlush codes fit the 64-bit buffer together, beside the up to 7 bits carried over.
+// Works on a copy of the packer: stores through the byte pointer could otherwise alias its
+// fields and keep them out of registers.
+template <int PerFlush>
+void PackData(const uint8_t* in, const uint8_t* end, Packer& packer,
+              const std::array<Code, 256>& codes) {
+  Packer p = packer;
   while (end - in >= PerFlush) {
     for (int k = 0; k < PerFlush; ++k) {
       const Code& c = codes[in[k]];
-      buf |= c.bits << n;
-      n += static_cast<unsigned>(c.length);
+      p.buf |= c.bits << p.n;
+      p.n += static_cast<unsigned>(c.length);
     }
     in += PerFlush;
-    Store64(out, buf);
-    out += n >> 3;
-    buf >>= (n & ~7u);
-    n &= 7;
+    p.Flush();
   }
-  for (; in < end; ++in) {
-    const Code& c = codes[*in];
-    buf |= c.bits << n;
-    n += static_cast<unsigned>(c.length);
-    Store64(out, buf);
-    out += n >> 3;
-    buf >>= (n & ~7u);
-    n &= 7;
-  }
-  if (n) *out++ = static_cast<uint8_t>(buf);
-  return out;
+  for (; in < end; ++in) p.Put(codes[*in]);
+  packer = p;
 }
 
 // ---- Decoder --------------------------------------------------------------------------
@@ -310,24 +317,38 @@ uint8_t XorAll(const uint8_t* p, size_t n) {
 }  // namespace
 
 Bytes clsHuffman::Encode(std::string_view input) {
+  return Encode([input](const Put& put) { put(input); });
+}
+
+Bytes clsHuffman::Encode(const Pieces& pieces) {
+  // Four interleaved histograms keep the counting pass free of store-to-load stalls.
+  std::array<std::array<uint32_t, 256>, 4> h{};
+  uint64_t n = 0;
+  pieces([&](std::string_view piece) {
+    const auto* in = reinterpret_cast<const uint8_t*>(piece.data());
+    const size_t size = piece.size();
+    size_t i = 0;
+    for (; i + 4 <= size; i += 4) {
+      ++h[0][in[i]];
+      ++h[1][in[i + 1]];
+      ++h[2][in[i + 2]];
+      ++h[3][in[i + 3]];
+    }
+    for (; i < size; ++i) ++h[0][in[i]];
+    n += size;
+  });
+  auto stored = [&] {
+    Bytes out;
+    out.reserve(4 + n);
+    out += {kMark0, kMark1, kStored, kCR};
+    pieces([&](std::string_view piece) { out += piece; });
+    return out;
+  };
   // The length field is signed 32-bit; anything longer can only be stored. This bound
   // also keeps every code under 46 bits (a leaf at depth d needs a total weight of at
   // least the (d+2)-th Fibonacci number), so a code always fits the 64-bit packer.
-  if (input.empty() || input.size() > static_cast<size_t>(std::numeric_limits<int32_t>::max()))
-    return StoredContainer(input);
-  const auto* in = reinterpret_cast<const uint8_t*>(input.data());
-  const size_t n = input.size();
+  if (n == 0 || n > static_cast<uint64_t>(std::numeric_limits<int32_t>::max())) return stored();
 
-  // Four interleaved histograms keep the counting pass free of store-to-load stalls.
-  std::array<std::array<uint32_t, 256>, 4> h{};
-  size_t i = 0;
-  for (; i + 4 <= n; i += 4) {
-    ++h[0][in[i]];
-    ++h[1][in[i + 1]];
-    ++h[2][in[i + 2]];
-    ++h[3][in[i + 3]];
-  }
-  for (; i < n; ++i) ++h[0][in[i]];
   std::array<uint64_t, 256> counts{};
   int used = 0;
   uint8_t checksum = 0;
@@ -336,7 +357,7 @@ Bytes clsHuffman::Encode(std::string_view input) {
     if (counts[v]) ++used;
     if (counts[v] & 1) checksum ^= static_cast<uint8_t>(v);  // XOR of all bytes
   }
-  if (used < 2) return StoredContainer(input);
+  if (used < 2) return stored();
 
   const std::array<Code, 256> codes = BuildCodes(counts);
   uint64_t dataBits = 0, codeBits = 0;
@@ -348,7 +369,7 @@ Bytes clsHuffman::Encode(std::string_view input) {
     if (codes[v].length > maxLength) maxLength = codes[v].length;
   }
   const uint64_t dataBytes = (dataBits + 7) / 8;
-  if (dataBytes > n || maxLength > 56) return StoredContainer(input);
+  if (dataBytes > n || maxLength > 56) return stored();
 
   const size_t tableBytes = static_cast<size_t>(2 * used);
   const size_t codeBytes = static_cast<size_t>((codeBits + 7) / 8);
@@ -367,25 +388,23 @@ Bytes clsHuffman::Encode(std::string_view input) {
     *p++ = static_cast<uint8_t>(v);
     *p++ = static_cast<uint8_t>(codes[v].length);
   }
-  // The codes of the used values, ascending, packed continuously.
-  uint64_t buf = 0;
-  unsigned fill = 0;
-  for (int v = 0; v < 256; ++v) {
-    if (!counts[v]) continue;
-    buf |= codes[v].bits << fill;
-    fill += static_cast<unsigned>(codes[v].length);
-    Store64(p, buf);
-    p += fill >> 3;
-    buf >>= (fill & ~7u);
-    fill &= 7;
-  }
-  if (fill) *p++ = static_cast<uint8_t>(buf);
-
-  const uint8_t* end = in + n;
-  if (maxLength <= 14) p = PackData<4>(in, end, p, codes);
-  else if (maxLength <= 18) p = PackData<3>(in, end, p, codes);
-  else if (maxLength <= 28) p = PackData<2>(in, end, p, codes);
-  else p = PackData<1>(in, end, p, codes);
+  // The codes of the used values, ascending, packed continuously; the data starts on the
+  // next whole byte.
+  Packer packer{p};
+  for (int v = 0; v < 256; ++v)
+    if (counts[v]) packer.Put(codes[v]);
+  Packer data{packer.Finish()};
+  // With up to 7 bits carried over, PerFlush codes of at most L bits need 7 + PerFlush * L
+  // <= 64.
+  pieces([&](std::string_view piece) {
+    const auto* in = reinterpret_cast<const uint8_t*>(piece.data());
+    const uint8_t* end = in + piece.size();
+    if (maxLength <= 14) PackData<4>(in, end, data, codes);
+    else if (maxLength <= 18) PackData<3>(in, end, data, codes);
+    else if (maxLength <= 28) PackData<2>(in, end, data, codes);
+    else PackData<1>(in, end, data, codes);
+  });
+  data.Finish();
   out.resize(total);
   return out;
 }

@@ -71,6 +71,30 @@ TEST(Huffman, GoldenContainersAndTieBreaks) {
     EXPECT_EQ(clsHuffman::Encode(input), container) << input;
 }
 
+// Coding from pieces gives the bytes of coding them joined, wherever the cuts fall: within
+// a code, at byte borders, empty pieces; coded, stored and single-value inputs alike.
+TEST(Huffman, PiecesCodeLikeTheWhole) {
+  Bytes skewed, all;
+  for (int v = 0; v < 40; ++v) skewed.append(static_cast<size_t>(1) << (v % 16), char('a' + v));
+  for (int v = 0; v < 256; ++v) all.push_back(static_cast<char>(v));  // stored: no gain
+  const Bytes inputs[] = {"", "x", "xxxxxxxx", "AAAAABBBC", "the quick brown fox jumps over",
+                          skewed, all};
+  for (const Bytes& input : inputs) {
+    const Bytes whole = clsHuffman::Encode(input);
+    for (size_t step : {size_t{1}, size_t{3}, size_t{8}, size_t{1000}}) {
+      int calls = 0;
+      const Bytes pieces = clsHuffman::Encode([&](const clsHuffman::Put& put) {
+        ++calls;
+        put({});
+        for (size_t at = 0; at < input.size(); at += step)
+          put(std::string_view(input).substr(at, step));
+      });
+      EXPECT_EQ(pieces, whole) << input.size() << " in pieces of " << step;
+      EXPECT_LE(calls, 3);
+    }
+  }
+}
+
 // Round trips of arbitrary data are the fuzzer's; here the deepest trees and every value.
 TEST(Huffman, LongCodesAndEveryByteValue) {
   // Fibonacci counts give the deepest tree for their total: codes well past the lookup

@@ -39,16 +39,19 @@ Strs Read(std::string_view bytes) {
 }
 
 TEST(Resource, LayoutOfListFiles) {
-  EXPECT_EQ(EVBResource::Writer(0, 0).take(), Header(0));
+  Bytes bytes;
+  const EVBResource::Writer::Put gather = [&](std::string_view piece) { bytes += piece; };
+  EVBResource::Writer(0, gather);
+  EXPECT_EQ(bytes, Header(0));
   // Longer than 32,767 bytes: -1 in the 16-bit field, then the 32-bit length.
   const Bytes x(32767, 'x'), y(40000, 'y');
-  EVBResource::Writer writer(3, 0);
+  bytes.clear();
+  EVBResource::Writer writer(3, gather);
   EVBResource store;
   for (auto [data, id] : {std::pair<Bytes, const char*>{"A", "0001"}, {x, "0011"}, {y, "0021"}}) {
     writer.addString(data, id);
     store.addString(data, id);
   }
-  const Bytes bytes = writer.take();
   EXPECT_EQ(bytes, Header(3) + Padded("0001") + Bytes("\x01\x00", 2) + "A" + Padded("0011") +
                        "\xFF\x7F" + x + Padded("0021") + "\xFF\xFF" + Le32(40000) + y);
   EXPECT_EQ(store.saveToBytes(), bytes);
