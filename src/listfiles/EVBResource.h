@@ -25,7 +25,7 @@ class EVBResource {
     Bytes id;  // without its padding
     Bytes data;
   };
-  // A string record inside a resource file's bytes, read without copying.
+  // A string record as it is read, without copying.
   struct StringRecordView {
     std::string_view id;  // without its padding
     std::string_view data;
@@ -66,9 +66,22 @@ class EVBResource {
   // records have no layout that this program knows (list files never hold them), so a
   // non-zero picture count is refused; long records are read and kept.
   bool loadFromBytes(std::string_view data);
+  // A resource file's bytes in order, handed out as they are needed (a list file's are
+  // decoded as they are read).
+  class Source {
+   public:
+    virtual ~Source() = default;
+    virtual size_t Left() const = 0;  // bytes not taken yet
+    // The next n bytes, valid until the next call; false past the end or when they cannot
+    // be had.
+    virtual bool Take(size_t n, std::string_view& out) = 0;
+  };
   // The string records of a resource file as loadFromBytes would keep them (same checks,
-  // a repeated or empty ID dropped), as views into data.
-  static bool readStrings(std::string_view data, std::vector<StringRecordView>& out);
+  // a repeated or empty ID dropped), each handed over with views that last until the next.
+  static bool readStrings(Source& data,
+                          const std::function<void(const StringRecordView&)>& onString);
+  static bool readStrings(std::string_view data,
+                          const std::function<void(const StringRecordView&)>& onString);
 
  private:
   bool TakeId(std::string_view id, Bytes& key);

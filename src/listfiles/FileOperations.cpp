@@ -133,30 +133,51 @@ bool OpenListResource(std::string_view file, const CodePage& codePage, bool isPr
 }
 
 namespace {
-// The entries of a Huffman container (a list file, decrypted when it was protected).
+// A resource file decoded from its Huffman container as the records are read, into one
+// buffer the size of the largest record rather than one the size of the whole file.
+class DecodedSource final : public EVBResource::Source {
+ public:
+  explicit DecodedSource(clsHuffman::Reader& reader) : reader_(reader) {}
+  size_t Left() const override { return reader_.Left(); }
+  bool Take(size_t n, std::string_view& out) override {
+    if (n > buffer_.size()) buffer_.resize(n);
+    if (!reader_.Read(buffer_.data(), n)) return false;
+    out = std::string_view(buffer_.data(), n);
+    return true;
+  }
+
+ private:
+  clsHuffman::Reader& reader_;
+  Bytes buffer_;
+};
+
+// The entries of a Huffman container (a list file, decrypted when it was protected), each
+// converted from its record as that is decoded.
 bool DecodeContainer(std::string_view container, const CodePage& codePage,
                      std::vector<ClipEntry>& entries) {
-  Bytes plain;
-  std::vector<EVBResource::StringRecordView> records;
-  if (!clsHuffman::Decode(container, plain) || !EVBResource::readStrings(plain, records))
-    return false;
-
+  clsHuffman::Reader reader;
+  if (!reader.Open(container)) return false;
+  DecodedSource source(reader);
   std::vector<ClipEntry> out;
-  out.reserve(records.size());
-  for (const auto& record : records) {
+  bool damaged = false;
+  const bool read = EVBResource::readStrings(source, [&](const auto& record) {
+    if (damaged) return;
     ClipEntry entry;
     const int16_t type = EntryTypeOfId(record.id);
     if (type == kFormatRich) {
       entry = ClipEntry::Rich(Bytes(record.data));
     } else if (type == kTypeUnicode) {
-      if (record.data.size() % 2 != 0) return false;  // half a character: damaged
+      // Half a character: damaged.
+      if (record.data.size() % 2 != 0) damaged = true;
       entry.text = FromUtf16LeBytes(record.data);
     } else {
       // Type 1, and any other or damaged type, is plain ANSI text.
       entry.text = codePage.FromAnsi(record.data);
     }
     if (!entry.Empty()) out.push_back(std::move(entry));
-  }
+  });
+  // The whole container must be sound, also past the last record.
+  if (!read || damaged || !reader.Finish()) return false;
   entries = std::move(out);
   return true;
 }

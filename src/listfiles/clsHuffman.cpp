@@ -7,6 +7,7 @@
 #include <cstring>
 #include <algorithm>
 #include <limits>
+#include <memory>
 #include <vector>
 
 namespace mq {
@@ -235,19 +236,28 @@ int WalkTree(const Tree& t, const BitSource& src, const Entry& e, int width, uin
   return t.value[node];
 }
 
-bool DecodeData(const Tree& t, const uint8_t* data, size_t size, uint8_t* out,
-                uint8_t* outEnd) {
-  Tables tables;
-  const int width = TableBitsFor(static_cast<int32_t>(outEnd - out));
+// Decodes the symbols for [out, outEnd) from bit pos on, and leaves pos after them.
+bool DecodeData(const Tree& t, const Tables& tables, int width, const uint8_t* data,
+                size_t size, uint64_t& pos, uint8_t* out, uint8_t* outEnd) {
   const uint32_t mask = (1u << width) - 1;
-  BuildTables(t, width, tables);
   const Entry* multi = tables.multi.data();
   const uint8_t* count = tables.count.data();
   const BitSource src(data, size);
-  const uint8_t* in = data;
+  const uint8_t* in;
   const uint8_t* const inEnd = data + size;
-  uint64_t bits = 0;
-  unsigned avail = 0;
+  uint64_t bits;
+  unsigned avail;
+  // Starts the buffer at bit pos: its byte's remaining bits.
+  auto restart = [&](uint64_t at) {
+    in = data + (at >> 3);
+    bits = 0;
+    avail = 0;
+    if (in < inEnd) {
+      bits = *in++ >> (at & 7);
+      avail = 8 - static_cast<unsigned>(at & 7);
+    }
+  };
+  restart(pos);
   // Fast loop. A refill loads eight bytes whose address was known since the previous one
   // and leaves at least 56 bits buffered: enough for five entries of at most 11 bits. Each
   // entry stores four bytes and keeps up to three, so sixteen bytes of room are needed.
@@ -268,24 +278,17 @@ bool DecodeData(const Tree& t, const uint8_t* data, size_t size, uint8_t* out,
     // found here. Fewer than 11 buffered bits may remain, so the index can be a false
     // alarm; the slow path reads the data again.
     if (multi[bits & mask].bits == 0) {
-      uint64_t pos = static_cast<uint64_t>(in - data) * 8 - avail;
+      pos = static_cast<uint64_t>(in - data) * 8 - avail;
       const Entry& e = tables.single[src.Peek(pos, mask)];
       if (e.bits == 0) {
         const int v = WalkTree(t, src, e, width, pos);
         if (v < 0) return false;
         *out++ = static_cast<uint8_t>(v);
-        // Restart the buffer at the new position.
-        in = data + (pos >> 3);
-        bits = 0;
-        avail = 0;
-        if (in < inEnd) {
-          bits = *in++ >> (pos & 7);
-          avail = 8 - static_cast<unsigned>(pos & 7);
-        }
+        restart(pos);
       }
     }
   }
-  uint64_t pos = static_cast<uint64_t>(in - data) * 8 - avail;
+  pos = static_cast<uint64_t>(in - data) * 8 - avail;
   // Tail: one symbol at a time with every bound checked.
   const uint64_t total = src.TotalBits();
   while (out < outEnd) {
@@ -409,12 +412,28 @@ Bytes clsHuffman::Encode(const Pieces& pieces) {
   return out;
 }
 
-bool clsHuffman::Decode(std::string_view container, Bytes& out) {
+struct clsHuffman::Reader::Coded {
+  Tree tree;
+  Tables tables;
+  int width = 0;
+  uint8_t checksum = 0;  // as the container gives it
+};
+
+clsHuffman::Reader::Reader() = default;
+clsHuffman::Reader::~Reader() = default;
+
+bool clsHuffman::Reader::Open(std::string_view container) {
+  coded_.reset();
+  data_ = {};
+  pos_ = 0;
+  left_ = 0;
+  xor_ = 0;
   const auto* c = reinterpret_cast<const uint8_t*>(container.data());
   const size_t size = container.size();
   if (size < 4 || c[0] != kMark0 || c[1] != kMark1 || c[3] != kCR) return false;
   if (c[2] == kStored) {
-    out = Bytes(container.substr(4));
+    data_ = container.substr(4);
+    left_ = data_.size();
     return true;
   }
   if (c[2] != kCompressed || size < kHeaderSize) return false;
@@ -439,7 +458,8 @@ bool clsHuffman::Decode(std::string_view container, Bytes& out) {
   if (size < codeEnd) return false;
 
   // Rebuild the tree from the codes, refusing anything that is not a prefix code.
-  Tree tree;
+  auto coded = std::make_unique<Coded>();
+  Tree& tree = coded->tree;
   for (auto& ch : tree.child) ch = {-1, -1};
   tree.value.fill(-1);
   const BitSource codeSrc(c + tableEnd, codeEnd - tableEnd);
@@ -465,10 +485,45 @@ bool clsHuffman::Decode(std::string_view container, Bytes& out) {
   // checking it first also keeps a forged length from allocating gigabytes.
   const size_t dataSize = size - codeEnd;
   if (static_cast<uint64_t>(length) > uint64_t{dataSize} * 8) return false;
-  Bytes result(static_cast<size_t>(length), '\0');
-  auto* r = reinterpret_cast<uint8_t*>(result.data());
-  if (!DecodeData(tree, c + codeEnd, dataSize, r, r + length)) return false;
-  if (XorAll(r, result.size()) != checksum) return false;
+  coded->width = TableBitsFor(length);
+  coded->checksum = checksum;
+  BuildTables(tree, coded->width, coded->tables);
+  coded_ = std::move(coded);
+  data_ = container.substr(codeEnd);
+  left_ = static_cast<size_t>(length);
+  return true;
+}
+
+bool clsHuffman::Reader::Read(char* out, size_t n) {
+  if (n > left_) return false;
+  auto* o = reinterpret_cast<uint8_t*>(out);
+  if (!coded_) {
+    std::memcpy(o, data_.data() + pos_, n);
+    pos_ += n;
+  } else {
+    if (!DecodeData(coded_->tree, coded_->tables, coded_->width,
+                    reinterpret_cast<const uint8_t*>(data_.data()), data_.size(), pos_, o,
+                    o + n))
+      return false;
+    xor_ ^= XorAll(o, n);
+  }
+  left_ -= n;
+  return true;
+}
+
+bool clsHuffman::Reader::Finish() {
+  // Whatever the caller did not need still takes part in the checksum.
+  char rest[4096];
+  while (left_ > 0)
+    if (!Read(rest, std::min(left_, sizeof rest))) return false;
+  return !coded_ || xor_ == coded_->checksum;
+}
+
+bool clsHuffman::Decode(std::string_view container, Bytes& out) {
+  Reader reader;
+  if (!reader.Open(container)) return false;
+  Bytes result(reader.Left(), '\0');
+  if (!reader.Read(result.data(), result.size()) || !reader.Finish()) return false;
   out = std::move(result);
   return true;
 }

@@ -132,6 +132,52 @@ TEST(Huffman, LongCodesAndEveryByteValue) {
   EXPECT_EQ(decoded, Bytes(values.begin(), values.end()));
 }
 
+// Decoding in steps of any size gives what decoding at once gives, and refuses what it
+// refuses, also when the caller stops early and Finish decodes the rest.
+TEST(Huffman, ReadsInAnySteps) {
+  Bytes prose, fib;
+  std::mt19937 rng(3);
+  const char* words[] = {"the ", "list ", "of ", "clips ", "Quietly, ", "\r\n", "zebra "};
+  while (prose.size() < 70000) prose += words[std::min<size_t>(rng() % 9, 6)];
+  uint32_t a = 1, b = 1;
+  for (int v = 0; v < 20; ++v) {  // long codes, many past the lookup table
+    fib.append(a, static_cast<char>('a' + v));
+    b += a;
+    a = b - a;
+  }
+  std::shuffle(fib.begin(), fib.end(), rng);
+  const Bytes proseCoded = clsHuffman::Encode(prose);
+  const Bytes containers[] = {
+      proseCoded,
+      clsHuffman::Encode(fib),
+      clsHuffman::Encode("stored"),
+      Patched(proseCoded, 4, Bytes(1, static_cast<char>(proseCoded[4] ^ 1))),  // checksum
+      proseCoded.substr(0, proseCoded.size() - 3),  // data cut short
+  };
+  for (const Bytes& container : containers) {
+    Bytes whole;
+    const bool ok = clsHuffman::Decode(container, whole);
+    for (size_t step : {size_t{1}, size_t{5}, size_t{17}, size_t{4096}, size_t{1} << 20}) {
+      for (bool stopEarly : {false, true}) {
+        clsHuffman::Reader reader;
+        ASSERT_TRUE(reader.Open(container));
+        Bytes out;
+        bool read = true;
+        while (read && reader.Left() > (stopEarly ? 1000 : 0)) {
+          const size_t n = std::min(step, reader.Left());
+          const size_t at = out.size();
+          out.resize(at + n);
+          read = reader.Read(out.data() + at, n);
+        }
+        const bool stepped = read && reader.Finish();
+        EXPECT_EQ(stepped, ok) << container.size() << " in steps of " << step;
+        if (ok) EXPECT_EQ(out, whole.substr(0, out.size())) << step;
+        if (ok && !stopEarly) EXPECT_EQ(out.size(), whole.size()) << step;
+      }
+    }
+  }
+}
+
 TEST(Huffman, RefusesDamagedContainers) {
   const Bytes good = Craft({{'A', "0"}, {'B', "10"}, {'C', "11"}}, {'A', 'B', 'C', 'A'});
   Bytes out = "untouched";

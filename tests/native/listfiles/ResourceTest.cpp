@@ -26,13 +26,13 @@ Bytes Header(int32_t strings, int32_t longs = 0, int32_t pictures = 0) {
 // The string records ("id=data") as both readers see them: the list load's view of the
 // records and the whole store (which the mqlist tool reads); "refused" for damaged data.
 Strs Read(std::string_view bytes) {
-  std::vector<EVBResource::StringRecordView> views;
+  Strs fromViews, fromStore;
   EVBResource store;
-  const bool ok = EVBResource::readStrings(bytes, views);
+  const bool ok = EVBResource::readStrings(bytes, [&](const auto& v) {
+    fromViews.push_back(Bytes(v.id) + "=" + Bytes(v.data));
+  });
   EXPECT_EQ(store.loadFromBytes(bytes), ok);
   if (!ok) return {"refused"};
-  Strs fromViews, fromStore;
-  for (const auto& v : views) fromViews.push_back(Bytes(v.id) + "=" + Bytes(v.data));
   for (const auto& s : store.strings()) fromStore.push_back(s.id + "=" + s.data);
   EXPECT_EQ(fromViews, fromStore);
   return fromViews;
