@@ -140,6 +140,8 @@ class DecodedSource final : public EVBResource::Source {
   explicit DecodedSource(clsHuffman::Reader& reader) : reader_(reader) {}
   size_t Left() const override { return reader_.Left(); }
   bool Take(size_t n, std::string_view& out) override {
+    // A damaged length must not size the buffer: it is bounded by what the data holds.
+    if (n > reader_.Left()) return false;
     if (n > buffer_.size()) buffer_.resize(n);
     if (!reader_.Read(buffer_.data(), n)) return false;
     out = std::string_view(buffer_.data(), n);

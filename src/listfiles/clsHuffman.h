@@ -3,6 +3,7 @@
 // are part of the format, so the same input always gives the same bytes.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string_view>
