@@ -243,21 +243,16 @@ bool DecodeData(const Tree& t, const Tables& tables, int width, const uint8_t* d
   const Entry* multi = tables.multi.data();
   const uint8_t* count = tables.count.data();
   const BitSource src(data, size);
-  const uint8_t* in;
   const uint8_t* const inEnd = data + size;
-  uint64_t bits;
-  unsigned avail;
-  // Starts the buffer at bit pos: its byte's remaining bits.
-  auto restart = [&](uint64_t at) {
-    in = data + (at >> 3);
-    bits = 0;
-    avail = 0;
-    if (in < inEnd) {
-      bits = *in++ >> (at & 7);
-      avail = 8 - static_cast<unsigned>(at & 7);
-    }
-  };
-  restart(pos);
+  // The buffer starts at bit pos with its byte's remaining bits. (Kept in locals: stores
+  // through out could alias the caller's position.)
+  const uint8_t* in = data + (pos >> 3);
+  uint64_t bits = 0;
+  unsigned avail = 0;
+  if ((pos & 7) != 0) {  // then in is inside the data: pos never passes its end
+    bits = *in++ >> (pos & 7);
+    avail = 8 - static_cast<unsigned>(pos & 7);
+  }
   // Fast loop. A refill loads eight bytes whose address was known since the previous one
   // and leaves at least 56 bits buffered: enough for five entries of at most 11 bits. Each
   // entry stores four bytes and keeps up to three, so sixteen bytes of room are needed.
@@ -273,36 +268,43 @@ bool DecodeData(const Tree& t, const Tables& tables, int width, const uint8_t* d
       const unsigned used = multi[index].bits;
       bits >>= used;
       avail -= used;
-    }
-    // A bits-0 entry uses no bits, so once hit it repeats to the end of the group and is
+    }    // A bits-0 entry uses no bits, so once hit it repeats to the end of the group and is
     // found here. Fewer than 11 buffered bits may remain, so the index can be a false
     // alarm; the slow path reads the data again.
     if (multi[bits & mask].bits == 0) {
-      pos = static_cast<uint64_t>(in - data) * 8 - avail;
-      const Entry& e = tables.single[src.Peek(pos, mask)];
+      uint64_t at = static_cast<uint64_t>(in - data) * 8 - avail;
+      const Entry& e = tables.single[src.Peek(at, mask)];
       if (e.bits == 0) {
-        const int v = WalkTree(t, src, e, width, pos);
+        const int v = WalkTree(t, src, e, width, at);
         if (v < 0) return false;
         *out++ = static_cast<uint8_t>(v);
-        restart(pos);
+        // Restart the buffer at the new position.
+        in = data + (at >> 3);
+        bits = 0;
+        avail = 0;
+        if (in < inEnd) {
+          bits = *in++ >> (at & 7);
+          avail = 8 - static_cast<unsigned>(at & 7);
+        }
       }
     }
   }
-  pos = static_cast<uint64_t>(in - data) * 8 - avail;
+  uint64_t at = static_cast<uint64_t>(in - data) * 8 - avail;
   // Tail: one symbol at a time with every bound checked.
   const uint64_t total = src.TotalBits();
   while (out < outEnd) {
-    const Entry e = tables.single[src.Peek(pos, mask)];
+    const Entry e = tables.single[src.Peek(at, mask)];
     if (e.bits == 0) {
-      const int v = WalkTree(t, src, e, width, pos);
+      const int v = WalkTree(t, src, e, width, at);
       if (v < 0) return false;
       *out++ = static_cast<uint8_t>(v);
       continue;
     }
-    if (pos + e.bits > total) return false;
+    if (at + e.bits > total) return false;
     *out++ = e.symbols[0];
-    pos += e.bits;
+    at += e.bits;
   }
+  pos = at;
   return true;
 }
 
@@ -458,7 +460,8 @@ bool clsHuffman::Reader::Open(std::string_view container) {
   if (size < codeEnd) return false;
 
   // Rebuild the tree from the codes, refusing anything that is not a prefix code.
-  auto coded = std::make_unique<Coded>();
+  // Default-initialised: the tables are filled below, zeroing them first would be wasted.
+  std::unique_ptr<Coded> coded(new Coded);
   Tree& tree = coded->tree;
   for (auto& ch : tree.child) ch = {-1, -1};
   tree.value.fill(-1);
