@@ -169,8 +169,10 @@ bool DecodeContainer(std::string_view container, const CodePage& codePage,
     if (type == kFormatRich) {
       entry = ClipEntry::Rich(Bytes(record.data));
     } else if (type == kTypeUnicode) {
-      // Half a character: damaged.
-      if (record.data.size() % 2 != 0) damaged = true;
+      if (record.data.size() % 2 != 0) {  // half a character: damaged
+        damaged = true;
+        return;
+      }
       entry.text = FromUtf16LeBytes(record.data);
     } else {
       // Type 1, and any other or damaged type, is plain ANSI text.
