@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string_view>
 #include <unordered_set>
 #include <vector>
@@ -24,7 +25,7 @@ class EVBResource {
     Bytes id;  // without its padding
     Bytes data;
   };
-  // A string record inside a resource file's bytes, read without copying.
+  // A string record as it is read, without copying.
   struct StringRecordView {
     std::string_view id;  // without its padding
     std::string_view data;
@@ -46,26 +47,41 @@ class EVBResource {
 
   Bytes saveToBytes() const;
 
-  // Writes a resource file of string records straight into its bytes, each record's data
-  // copied once: a list of megabytes is not held twice. The bytes are those saveToBytes
-  // gives for the same records, which must all be announced and have valid, distinct IDs.
+  // Hands a resource file of string records to put piece by piece (the header, then each
+  // record's ID and length, then its data as given): a list of megabytes is never gathered
+  // into one buffer. The pieces make the bytes saveToBytes gives for the same records, which
+  // must all be announced and have valid, distinct IDs.
   class Writer {
    public:
-    Writer(int32_t strings, size_t reserveBytes);
+    using Put = std::function<void(std::string_view)>;
+    Writer(int32_t strings, const Put& put);
     void addString(std::string_view data, std::string_view id);
-    Bytes take() { return std::move(out_); }
 
    private:
-    Bytes out_;
+    const Put& put_;
+    Bytes head_;  // reused for every record
   };
   // Replaces the content with the resource file in data. False when the data is damaged:
   // too short, a negative count, a count, length or ID running past the end. Picture
   // records have no layout that this program knows (list files never hold them), so a
   // non-zero picture count is refused; long records are read and kept.
   bool loadFromBytes(std::string_view data);
+  // A resource file's bytes in order, handed out as they are needed (a list file's are
+  // decoded as they are read).
+  class Source {
+   public:
+    virtual ~Source() = default;
+    virtual size_t Left() const = 0;  // bytes not taken yet
+    // The next n bytes, valid until the next call; false past the end or when they cannot
+    // be had.
+    virtual bool Take(size_t n, std::string_view& out) = 0;
+  };
   // The string records of a resource file as loadFromBytes would keep them (same checks,
-  // a repeated or empty ID dropped), as views into data.
-  static bool readStrings(std::string_view data, std::vector<StringRecordView>& out);
+  // a repeated or empty ID dropped), each handed over with views that last until the next.
+  static bool readStrings(Source& data,
+                          const std::function<void(const StringRecordView&)>& onString);
+  static bool readStrings(std::string_view data,
+                          const std::function<void(const StringRecordView&)>& onString);
 
  private:
   bool TakeId(std::string_view id, Bytes& key);

@@ -50,33 +50,38 @@ int16_t EntryTypeOfId(std::string_view id) {
 
 namespace {
 
-// The file for entries given by address, so that a save copies no entry first.
+// The file for entries given by address, so that a save copies no entry first. Each plain
+// entry is converted once into a buffer of its own (blocks of an entry's size, which the
+// heap reuses); the encoder reads the records where they lie, so no buffer the size of the
+// whole resource file is filled only to be coded and freed.
 Bytes EncodeEntries(const std::vector<const ClipEntry*>& entries, const CodePage& codePage,
                     bool isProtected, TextView password) {
-  // Room for every entry at two bytes a character; pages never written cost nothing.
-  size_t room = 0;
-  for (const ClipEntry* e : entries)
-    room += 64 + (e->IsRich() ? e->rtf.size() : e->text.size() * 2);
-  EVBResource::Writer store(static_cast<int32_t>(entries.size()), room);
-  Bytes scratch;  // one conversion buffer for all entries
+  struct Record {
+    std::string_view data;
+    Bytes id;
+  };
+  std::vector<Record> records(entries.size());
+  std::vector<Bytes> converted(entries.size());
   for (size_t p = 0; p < entries.size(); ++p) {
     const ClipEntry& e = *entries[p];
     int16_t type = e.format;
-    std::string_view data;
     if (e.IsRich()) {
-      data = e.rtf;
+      records[p].data = e.rtf;
     } else {
       type = kFormatPlain;
       // ANSI whenever nothing would be lost; otherwise the exact UTF-16 text.
-      if (!codePage.ToAnsiExact(e.text, scratch)) {
+      if (!codePage.ToAnsiExact(e.text, converted[p])) {
         type = kTypeUnicode;
-        Utf16LeBytes(e.text, scratch);
+        Utf16LeBytes(e.text, converted[p]);
       }
-      data = scratch;
+      records[p].data = converted[p];
     }
-    store.addString(data, Narrow(Format000(static_cast<long long>(p)) + ToDecimal(type)));
+    records[p].id = Narrow(Format000(static_cast<long long>(p)) + ToDecimal(type));
   }
-  Bytes file = clsHuffman::Encode(store.take());
+  Bytes file = clsHuffman::Encode([&](const clsHuffman::Put& put) {
+    EVBResource::Writer store(static_cast<int32_t>(records.size()), put);
+    for (const Record& r : records) store.addString(r.data, r.id);
+  });
   if (!isProtected) return file;
   clsRC4 rc4;
   rc4.Key(password, codePage);
@@ -128,30 +133,55 @@ bool OpenListResource(std::string_view file, const CodePage& codePage, bool isPr
 }
 
 namespace {
-// The entries of a Huffman container (a list file, decrypted when it was protected).
+// A resource file decoded from its Huffman container as the records are read, into one
+// buffer the size of the largest record rather than one the size of the whole file.
+class DecodedSource final : public EVBResource::Source {
+ public:
+  explicit DecodedSource(clsHuffman::Reader& reader) : reader_(reader) {}
+  size_t Left() const override { return reader_.Left(); }
+  bool Take(size_t n, std::string_view& out) override {
+    // A damaged length must not size the buffer: it is bounded by what the data holds.
+    if (n > reader_.Left()) return false;
+    if (n > buffer_.size()) buffer_.resize(n);
+    if (!reader_.Read(buffer_.data(), n)) return false;
+    out = std::string_view(buffer_.data(), n);
+    return true;
+  }
+
+ private:
+  clsHuffman::Reader& reader_;
+  Bytes buffer_;
+};
+
+// The entries of a Huffman container (a list file, decrypted when it was protected), each
+// converted from its record as that is decoded.
 bool DecodeContainer(std::string_view container, const CodePage& codePage,
                      std::vector<ClipEntry>& entries) {
-  Bytes plain;
-  std::vector<EVBResource::StringRecordView> records;
-  if (!clsHuffman::Decode(container, plain) || !EVBResource::readStrings(plain, records))
-    return false;
-
+  clsHuffman::Reader reader;
+  if (!reader.Open(container)) return false;
+  DecodedSource source(reader);
   std::vector<ClipEntry> out;
-  out.reserve(records.size());
-  for (const auto& record : records) {
+  bool damaged = false;
+  const bool read = EVBResource::readStrings(source, [&](const auto& record) {
+    if (damaged) return;
     ClipEntry entry;
     const int16_t type = EntryTypeOfId(record.id);
     if (type == kFormatRich) {
       entry = ClipEntry::Rich(Bytes(record.data));
     } else if (type == kTypeUnicode) {
-      if (record.data.size() % 2 != 0) return false;  // half a character: damaged
+      if (record.data.size() % 2 != 0) {  // half a character: damaged
+        damaged = true;
+        return;
+      }
       entry.text = FromUtf16LeBytes(record.data);
     } else {
       // Type 1, and any other or damaged type, is plain ANSI text.
       entry.text = codePage.FromAnsi(record.data);
     }
     if (!entry.Empty()) out.push_back(std::move(entry));
-  }
+  });
+  // The whole container must be sound, also past the last record.
+  if (!read || damaged || !reader.Finish()) return false;
   entries = std::move(out);
   return true;
 }

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <algorithm>
 #include <limits>
+#include <memory>
 #include <vector>
 
 namespace mq {
@@ -25,12 +26,6 @@ inline uint64_t Load64(const uint8_t* p) {
 inline void Store64(uint8_t* p, uint64_t v) {
   if constexpr (std::endian::native == std::endian::big) v = __builtin_bswap64(v);
   std::memcpy(p, &v, 8);
-}
-
-Bytes StoredContainer(std::string_view input) {
-  Bytes out{kMark0, kMark1, kStored, kCR};
-  out.append(input);
-  return out;
 }
 
 // ---- Encoder --------------------------------------------------------------------------
@@ -88,36 +83,49 @@ std::array<Code, 256> BuildCodes(const std::array<uint64_t, 256>& counts) {
   return codes;
 }
 
-// Appends codes LSB-first. Each step writes 8 bytes and advances by the whole bytes filled,
-// so the destination needs 8 bytes of slack. PerFlush codes fit the 64-bit buffer together.
-template <int PerFlush>
-uint8_t* PackData(const uint8_t* in, const uint8_t* end, uint8_t* out,
-                  const std::array<Code, 256>& codes) {
+// Appends codes LSB-first, carrying the unfinished byte from one piece to the next. Each
+// step writes 8 bytes and advances by the whole bytes filled, so the destination needs 8
+// bytes of slack.
+struct Packer {
+  uint8_t* out;
   uint64_t buf = 0;
   unsigned n = 0;
+
+  void Put(const Code& c) {
+    buf |= c.bits << n;
+    n += static_cast<unsigned>(c.length);
+    Flush();
+  }
+  void Flush() {
+    Store64(out, buf);
+    out += n >> 3;
+    buf >>= (n & ~7u);
+    n &= 7;
+  }
+  uint8_t* Finish() {
+    if (n) *out++ = static_cast<uint8_t>(buf);
+    return out;
+  }
+};
+
+// PerFlush codes fit the 64-bit buffer together, beside the up to 7 bits carried over.
+// Works on a copy of the packer: stores through the byte pointer could otherwise alias its
+// fields and keep them out of registers.
+template <int PerFlush>
+void PackData(const uint8_t* in, const uint8_t* end, Packer& packer,
+              const std::array<Code, 256>& codes) {
+  Packer p = packer;
   while (end - in >= PerFlush) {
     for (int k = 0; k < PerFlush; ++k) {
       const Code& c = codes[in[k]];
-      buf |= c.bits << n;
-      n += static_cast<unsigned>(c.length);
+      p.buf |= c.bits << p.n;
+      p.n += static_cast<unsigned>(c.length);
     }
     in += PerFlush;
-    Store64(out, buf);
-    out += n >> 3;
-    buf >>= (n & ~7u);
-    n &= 7;
+    p.Flush();
   }
-  for (; in < end; ++in) {
-    const Code& c = codes[*in];
-    buf |= c.bits << n;
-    n += static_cast<unsigned>(c.length);
-    Store64(out, buf);
-    out += n >> 3;
-    buf >>= (n & ~7u);
-    n &= 7;
-  }
-  if (n) *out++ = static_cast<uint8_t>(buf);
-  return out;
+  for (; in < end; ++in) p.Put(codes[*in]);
+  packer = p;
 }
 
 // ---- Decoder --------------------------------------------------------------------------
@@ -228,19 +236,23 @@ int WalkTree(const Tree& t, const BitSource& src, const Entry& e, int width, uin
   return t.value[node];
 }
 
-bool DecodeData(const Tree& t, const uint8_t* data, size_t size, uint8_t* out,
-                uint8_t* outEnd) {
-  Tables tables;
-  const int width = TableBitsFor(static_cast<int32_t>(outEnd - out));
+// Decodes the symbols for [out, outEnd) from bit pos on, and leaves pos after them.
+bool DecodeData(const Tree& t, const Tables& tables, int width, const uint8_t* data,
+                size_t size, uint64_t& pos, uint8_t* out, uint8_t* outEnd) {
   const uint32_t mask = (1u << width) - 1;
-  BuildTables(t, width, tables);
   const Entry* multi = tables.multi.data();
   const uint8_t* count = tables.count.data();
   const BitSource src(data, size);
-  const uint8_t* in = data;
   const uint8_t* const inEnd = data + size;
+  // The buffer starts at bit pos with its byte's remaining bits. (Kept in locals: stores
+  // through out could alias the caller's position.)
+  const uint8_t* in = data + (pos >> 3);
   uint64_t bits = 0;
   unsigned avail = 0;
+  if ((pos & 7) != 0) {  // then in is inside the data: pos never passes its end
+    bits = *in++ >> (pos & 7);
+    avail = 8 - static_cast<unsigned>(pos & 7);
+  }
   // Fast loop. A refill loads eight bytes whose address was known since the previous one
   // and leaves at least 56 bits buffered: enough for five entries of at most 11 bits. Each
   // entry stores four bytes and keeps up to three, so sixteen bytes of room are needed.
@@ -256,43 +268,43 @@ bool DecodeData(const Tree& t, const uint8_t* data, size_t size, uint8_t* out,
       const unsigned used = multi[index].bits;
       bits >>= used;
       avail -= used;
-    }
-    // A bits-0 entry uses no bits, so once hit it repeats to the end of the group and is
+    }    // A bits-0 entry uses no bits, so once hit it repeats to the end of the group and is
     // found here. Fewer than 11 buffered bits may remain, so the index can be a false
     // alarm; the slow path reads the data again.
     if (multi[bits & mask].bits == 0) {
-      uint64_t pos = static_cast<uint64_t>(in - data) * 8 - avail;
-      const Entry& e = tables.single[src.Peek(pos, mask)];
+      uint64_t at = static_cast<uint64_t>(in - data) * 8 - avail;
+      const Entry& e = tables.single[src.Peek(at, mask)];
       if (e.bits == 0) {
-        const int v = WalkTree(t, src, e, width, pos);
+        const int v = WalkTree(t, src, e, width, at);
         if (v < 0) return false;
         *out++ = static_cast<uint8_t>(v);
         // Restart the buffer at the new position.
-        in = data + (pos >> 3);
+        in = data + (at >> 3);
         bits = 0;
         avail = 0;
         if (in < inEnd) {
-          bits = *in++ >> (pos & 7);
-          avail = 8 - static_cast<unsigned>(pos & 7);
+          bits = *in++ >> (at & 7);
+          avail = 8 - static_cast<unsigned>(at & 7);
         }
       }
     }
   }
-  uint64_t pos = static_cast<uint64_t>(in - data) * 8 - avail;
+  uint64_t at = static_cast<uint64_t>(in - data) * 8 - avail;
   // Tail: one symbol at a time with every bound checked.
   const uint64_t total = src.TotalBits();
   while (out < outEnd) {
-    const Entry e = tables.single[src.Peek(pos, mask)];
+    const Entry e = tables.single[src.Peek(at, mask)];
     if (e.bits == 0) {
-      const int v = WalkTree(t, src, e, width, pos);
+      const int v = WalkTree(t, src, e, width, at);
       if (v < 0) return false;
       *out++ = static_cast<uint8_t>(v);
       continue;
     }
-    if (pos + e.bits > total) return false;
+    if (at + e.bits > total) return false;
     *out++ = e.symbols[0];
-    pos += e.bits;
+    at += e.bits;
   }
+  pos = at;
   return true;
 }
 
@@ -310,24 +322,38 @@ uint8_t XorAll(const uint8_t* p, size_t n) {
 }  // namespace
 
 Bytes clsHuffman::Encode(std::string_view input) {
+  return Encode([input](const Put& put) { put(input); });
+}
+
+Bytes clsHuffman::Encode(const Pieces& pieces) {
+  // Four interleaved histograms keep the counting pass free of store-to-load stalls.
+  std::array<std::array<uint32_t, 256>, 4> h{};
+  uint64_t n = 0;
+  pieces([&](std::string_view piece) {
+    const auto* in = reinterpret_cast<const uint8_t*>(piece.data());
+    const size_t size = piece.size();
+    size_t i = 0;
+    for (; i + 4 <= size; i += 4) {
+      ++h[0][in[i]];
+      ++h[1][in[i + 1]];
+      ++h[2][in[i + 2]];
+      ++h[3][in[i + 3]];
+    }
+    for (; i < size; ++i) ++h[0][in[i]];
+    n += size;
+  });
+  auto stored = [&] {
+    Bytes out;
+    out.reserve(4 + n);
+    out += {kMark0, kMark1, kStored, kCR};
+    pieces([&](std::string_view piece) { out += piece; });
+    return out;
+  };
   // The length field is signed 32-bit; anything longer can only be stored. This bound
   // also keeps every code under 46 bits (a leaf at depth d needs a total weight of at
   // least the (d+2)-th Fibonacci number), so a code always fits the 64-bit packer.
-  if (input.empty() || input.size() > static_cast<size_t>(std::numeric_limits<int32_t>::max()))
-    return StoredContainer(input);
-  const auto* in = reinterpret_cast<const uint8_t*>(input.data());
-  const size_t n = input.size();
+  if (n == 0 || n > static_cast<uint64_t>(std::numeric_limits<int32_t>::max())) return stored();
 
-  // Four interleaved histograms keep the counting pass free of store-to-load stalls.
-  std::array<std::array<uint32_t, 256>, 4> h{};
-  size_t i = 0;
-  for (; i + 4 <= n; i += 4) {
-    ++h[0][in[i]];
-    ++h[1][in[i + 1]];
-    ++h[2][in[i + 2]];
-    ++h[3][in[i + 3]];
-  }
-  for (; i < n; ++i) ++h[0][in[i]];
   std::array<uint64_t, 256> counts{};
   int used = 0;
   uint8_t checksum = 0;
@@ -336,7 +362,7 @@ Bytes clsHuffman::Encode(std::string_view input) {
     if (counts[v]) ++used;
     if (counts[v] & 1) checksum ^= static_cast<uint8_t>(v);  // XOR of all bytes
   }
-  if (used < 2) return StoredContainer(input);
+  if (used < 2) return stored();
 
   const std::array<Code, 256> codes = BuildCodes(counts);
   uint64_t dataBits = 0, codeBits = 0;
@@ -348,7 +374,7 @@ Bytes clsHuffman::Encode(std::string_view input) {
     if (codes[v].length > maxLength) maxLength = codes[v].length;
   }
   const uint64_t dataBytes = (dataBits + 7) / 8;
-  if (dataBytes > n || maxLength > 56) return StoredContainer(input);
+  if (dataBytes > n || maxLength > 56) return stored();
 
   const size_t tableBytes = static_cast<size_t>(2 * used);
   const size_t codeBytes = static_cast<size_t>((codeBits + 7) / 8);
@@ -367,35 +393,49 @@ Bytes clsHuffman::Encode(std::string_view input) {
     *p++ = static_cast<uint8_t>(v);
     *p++ = static_cast<uint8_t>(codes[v].length);
   }
-  // The codes of the used values, ascending, packed continuously.
-  uint64_t buf = 0;
-  unsigned fill = 0;
-  for (int v = 0; v < 256; ++v) {
-    if (!counts[v]) continue;
-    buf |= codes[v].bits << fill;
-    fill += static_cast<unsigned>(codes[v].length);
-    Store64(p, buf);
-    p += fill >> 3;
-    buf >>= (fill & ~7u);
-    fill &= 7;
-  }
-  if (fill) *p++ = static_cast<uint8_t>(buf);
-
-  const uint8_t* end = in + n;
-  if (maxLength <= 14) p = PackData<4>(in, end, p, codes);
-  else if (maxLength <= 18) p = PackData<3>(in, end, p, codes);
-  else if (maxLength <= 28) p = PackData<2>(in, end, p, codes);
-  else p = PackData<1>(in, end, p, codes);
+  // The codes of the used values, ascending, packed continuously; the data starts on the
+  // next whole byte.
+  Packer packer{p};
+  for (int v = 0; v < 256; ++v)
+    if (counts[v]) packer.Put(codes[v]);
+  Packer data{packer.Finish()};
+  // With up to 7 bits carried over, PerFlush codes of at most L bits need 7 + PerFlush * L
+  // <= 64.
+  pieces([&](std::string_view piece) {
+    const auto* in = reinterpret_cast<const uint8_t*>(piece.data());
+    const uint8_t* end = in + piece.size();
+    if (maxLength <= 14) PackData<4>(in, end, data, codes);
+    else if (maxLength <= 18) PackData<3>(in, end, data, codes);
+    else if (maxLength <= 28) PackData<2>(in, end, data, codes);
+    else PackData<1>(in, end, data, codes);
+  });
+  data.Finish();
   out.resize(total);
   return out;
 }
 
-bool clsHuffman::Decode(std::string_view container, Bytes& out) {
+struct clsHuffman::Reader::Coded {
+  Tree tree;
+  Tables tables;
+  int width = 0;
+  uint8_t checksum = 0;  // as the container gives it
+};
+
+clsHuffman::Reader::Reader() = default;
+clsHuffman::Reader::~Reader() = default;
+
+bool clsHuffman::Reader::Open(std::string_view container) {
+  coded_.reset();
+  data_ = {};
+  pos_ = 0;
+  left_ = 0;
+  xor_ = 0;
   const auto* c = reinterpret_cast<const uint8_t*>(container.data());
   const size_t size = container.size();
   if (size < 4 || c[0] != kMark0 || c[1] != kMark1 || c[3] != kCR) return false;
   if (c[2] == kStored) {
-    out = Bytes(container.substr(4));
+    data_ = container.substr(4);
+    left_ = data_.size();
     return true;
   }
   if (c[2] != kCompressed || size < kHeaderSize) return false;
@@ -420,7 +460,9 @@ bool clsHuffman::Decode(std::string_view container, Bytes& out) {
   if (size < codeEnd) return false;
 
   // Rebuild the tree from the codes, refusing anything that is not a prefix code.
-  Tree tree;
+  // Default-initialised: the tables are filled below, zeroing them first would be wasted.
+  std::unique_ptr<Coded> coded(new Coded);
+  Tree& tree = coded->tree;
   for (auto& ch : tree.child) ch = {-1, -1};
   tree.value.fill(-1);
   const BitSource codeSrc(c + tableEnd, codeEnd - tableEnd);
@@ -446,10 +488,45 @@ bool clsHuffman::Decode(std::string_view container, Bytes& out) {
   // checking it first also keeps a forged length from allocating gigabytes.
   const size_t dataSize = size - codeEnd;
   if (static_cast<uint64_t>(length) > uint64_t{dataSize} * 8) return false;
-  Bytes result(static_cast<size_t>(length), '\0');
-  auto* r = reinterpret_cast<uint8_t*>(result.data());
-  if (!DecodeData(tree, c + codeEnd, dataSize, r, r + length)) return false;
-  if (XorAll(r, result.size()) != checksum) return false;
+  coded->width = TableBitsFor(length);
+  coded->checksum = checksum;
+  BuildTables(tree, coded->width, coded->tables);
+  coded_ = std::move(coded);
+  data_ = container.substr(codeEnd);
+  left_ = static_cast<size_t>(length);
+  return true;
+}
+
+bool clsHuffman::Reader::Read(char* out, size_t n) {
+  if (n > left_) return false;
+  auto* o = reinterpret_cast<uint8_t*>(out);
+  if (!coded_) {
+    std::memcpy(o, data_.data() + pos_, n);
+    pos_ += n;
+  } else {
+    if (!DecodeData(coded_->tree, coded_->tables, coded_->width,
+                    reinterpret_cast<const uint8_t*>(data_.data()), data_.size(), pos_, o,
+                    o + n))
+      return false;
+    xor_ ^= XorAll(o, n);
+  }
+  left_ -= n;
+  return true;
+}
+
+bool clsHuffman::Reader::Finish() {
+  // Whatever the caller did not need still takes part in the checksum.
+  char rest[4096];
+  while (left_ > 0)
+    if (!Read(rest, std::min(left_, sizeof rest))) return false;
+  return !coded_ || xor_ == coded_->checksum;
+}
+
+bool clsHuffman::Decode(std::string_view container, Bytes& out) {
+  Reader reader;
+  if (!reader.Open(container)) return false;
+  Bytes result(reader.Left(), '\0');
+  if (!reader.Read(result.data(), result.size()) || !reader.Finish()) return false;
   out = std::move(result);
   return true;
 }

@@ -68,6 +68,8 @@ TEST_F(ListFiles, SavedRecordsAndRoundTrip) {
   EVBResource res;
   ASSERT_TRUE(clsHuffman::Decode(files.files[Text(kPath)], resource));
   ASSERT_TRUE(res.loadFromBytes(resource));
+  // Coded from its pieces, the file is what coding the whole resource file gives.
+  EXPECT_EQ(files.files[Text(kPath)], clsHuffman::Encode(resource));
   Strs records;
   for (const auto& s : res.strings()) records.push_back(s.id + "=" + s.data);
   EXPECT_EQ(records, (Strs{"0001=caf\xE9 \x80", "001-16639={\\rtf1 \\b Bold\\b0  words}",

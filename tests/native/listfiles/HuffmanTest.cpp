@@ -71,6 +71,30 @@ TEST(Huffman, GoldenContainersAndTieBreaks) {
     EXPECT_EQ(clsHuffman::Encode(input), container) << input;
 }
 
+// Coding from pieces gives the bytes of coding them joined, wherever the cuts fall: within
+// a code, at byte borders, empty pieces; coded, stored and single-value inputs alike.
+TEST(Huffman, PiecesCodeLikeTheWhole) {
+  Bytes skewed, all;
+  for (int v = 0; v < 40; ++v) skewed.append(static_cast<size_t>(1) << (v % 16), char('a' + v));
+  for (int v = 0; v < 256; ++v) all.push_back(static_cast<char>(v));  // stored: no gain
+  const Bytes inputs[] = {"", "x", "xxxxxxxx", "AAAAABBBC", "the quick brown fox jumps over",
+                          skewed, all};
+  for (const Bytes& input : inputs) {
+    const Bytes whole = clsHuffman::Encode(input);
+    for (size_t step : {size_t{1}, size_t{3}, size_t{8}, size_t{1000}}) {
+      int calls = 0;
+      const Bytes pieces = clsHuffman::Encode([&](const clsHuffman::Put& put) {
+        ++calls;
+        put({});
+        for (size_t at = 0; at < input.size(); at += step)
+          put(std::string_view(input).substr(at, step));
+      });
+      EXPECT_EQ(pieces, whole) << input.size() << " in pieces of " << step;
+      EXPECT_LE(calls, 3);
+    }
+  }
+}
+
 // Round trips of arbitrary data are the fuzzer's; here the deepest trees and every value.
 TEST(Huffman, LongCodesAndEveryByteValue) {
   // Fibonacci counts give the deepest tree for their total: codes well past the lookup
@@ -106,6 +130,52 @@ TEST(Huffman, LongCodesAndEveryByteValue) {
   Bytes decoded;
   ASSERT_TRUE(clsHuffman::Decode(Craft(comb, values), decoded));
   EXPECT_EQ(decoded, Bytes(values.begin(), values.end()));
+}
+
+// Decoding in steps of any size gives what decoding at once gives, and refuses what it
+// refuses, also when the caller stops early and Finish decodes the rest.
+TEST(Huffman, ReadsInAnySteps) {
+  Bytes prose, fib;
+  std::mt19937 rng(3);
+  const char* words[] = {"the ", "list ", "of ", "clips ", "Quietly, ", "\r\n", "zebra "};
+  while (prose.size() < 70000) prose += words[std::min<size_t>(rng() % 9, 6)];
+  uint32_t a = 1, b = 1;
+  for (int v = 0; v < 20; ++v) {  // long codes, many past the lookup table
+    fib.append(a, static_cast<char>('a' + v));
+    b += a;
+    a = b - a;
+  }
+  std::shuffle(fib.begin(), fib.end(), rng);
+  const Bytes proseCoded = clsHuffman::Encode(prose);
+  const Bytes containers[] = {
+      proseCoded,
+      clsHuffman::Encode(fib),
+      clsHuffman::Encode("stored"),
+      Patched(proseCoded, 4, Bytes(1, static_cast<char>(proseCoded[4] ^ 1))),  // checksum
+      proseCoded.substr(0, proseCoded.size() - 3),  // data cut short
+  };
+  for (const Bytes& container : containers) {
+    Bytes whole;
+    const bool ok = clsHuffman::Decode(container, whole);
+    for (size_t step : {size_t{1}, size_t{5}, size_t{17}, size_t{4096}, size_t{1} << 20}) {
+      for (bool stopEarly : {false, true}) {
+        clsHuffman::Reader reader;
+        ASSERT_TRUE(reader.Open(container));
+        Bytes out;
+        bool read = true;
+        while (read && reader.Left() > (stopEarly ? 1000 : 0)) {
+          const size_t n = std::min(step, reader.Left());
+          const size_t at = out.size();
+          out.resize(at + n);
+          read = reader.Read(out.data() + at, n);
+        }
+        const bool stepped = read && reader.Finish();
+        EXPECT_EQ(stepped, ok) << container.size() << " in steps of " << step;
+        if (ok) EXPECT_EQ(out, whole.substr(0, out.size())) << step;
+        if (ok && !stopEarly) EXPECT_EQ(out.size(), whole.size()) << step;
+      }
+    }
+  }
 }
 
 TEST(Huffman, RefusesDamagedContainers) {

@@ -26,29 +26,32 @@ Bytes Header(int32_t strings, int32_t longs = 0, int32_t pictures = 0) {
 // The string records ("id=data") as both readers see them: the list load's view of the
 // records and the whole store (which the mqlist tool reads); "refused" for damaged data.
 Strs Read(std::string_view bytes) {
-  std::vector<EVBResource::StringRecordView> views;
+  Strs fromViews, fromStore;
   EVBResource store;
-  const bool ok = EVBResource::readStrings(bytes, views);
+  const bool ok = EVBResource::readStrings(bytes, [&](const auto& v) {
+    fromViews.push_back(Bytes(v.id) + "=" + Bytes(v.data));
+  });
   EXPECT_EQ(store.loadFromBytes(bytes), ok);
   if (!ok) return {"refused"};
-  Strs fromViews, fromStore;
-  for (const auto& v : views) fromViews.push_back(Bytes(v.id) + "=" + Bytes(v.data));
   for (const auto& s : store.strings()) fromStore.push_back(s.id + "=" + s.data);
   EXPECT_EQ(fromViews, fromStore);
   return fromViews;
 }
 
 TEST(Resource, LayoutOfListFiles) {
-  EXPECT_EQ(EVBResource::Writer(0, 0).take(), Header(0));
+  Bytes bytes;
+  const EVBResource::Writer::Put gather = [&](std::string_view piece) { bytes += piece; };
+  EVBResource::Writer(0, gather);
+  EXPECT_EQ(bytes, Header(0));
   // Longer than 32,767 bytes: -1 in the 16-bit field, then the 32-bit length.
   const Bytes x(32767, 'x'), y(40000, 'y');
-  EVBResource::Writer writer(3, 0);
+  bytes.clear();
+  EVBResource::Writer writer(3, gather);
   EVBResource store;
   for (auto [data, id] : {std::pair<Bytes, const char*>{"A", "0001"}, {x, "0011"}, {y, "0021"}}) {
     writer.addString(data, id);
     store.addString(data, id);
   }
-  const Bytes bytes = writer.take();
   EXPECT_EQ(bytes, Header(3) + Padded("0001") + Bytes("\x01\x00", 2) + "A" + Padded("0011") +
                        "\xFF\x7F" + x + Padded("0021") + "\xFF\xFF" + Le32(40000) + y);
   EXPECT_EQ(store.saveToBytes(), bytes);
