@@ -20,8 +20,8 @@ const wchar_t* RichEditWindowClass();
 // Streams bytes into a rich edit control (SF_RTF, or SF_TEXT | SF_UNICODE for UTF-16). RTF
 // that CheckRtfGroups does not find readable is refused (false) and not streamed.
 bool StreamInto(HWND box, WPARAM format, const void* data, size_t size);
-// Lets a control take a whole entry (its default limit is 32,767 characters, and Wine's
-// control, streamed more than that, grows without end) and keeps no undo for it.
+// Lets a control take a whole entry (its default limit is 32,767 characters) and keeps no
+// undo for it.
 void TakeLongText(HWND box);
 
 class RichEditBox final : public RichTextBox {

@@ -58,9 +58,11 @@ void ListWindow::Prepare() {
   SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
   const Size design = ListLayout::kDesignSize;
   const int margin = ScaleToDpi(16, dpi);
+  const int left = work.right - PixelsFromTwips(design.width, dpi) - margin;
+  const int top = work.bottom - PixelsFromTwips(design.height, dpi) - margin;
   model_.SetTwipsPerPixel(1440.0 / dpi, 1440.0 / dpi);
-  model_.layout.window.left = TwipsFromPixels(work.right - PixelsFromTwips(design.width, dpi) - margin, dpi);
-  model_.layout.window.top = TwipsFromPixels(work.bottom - PixelsFromTwips(design.height, dpi) - margin, dpi);
+  model_.layout.window.left = TwipsFromPixels(left, dpi);
+  model_.layout.window.top = TwipsFromPixels(top, dpi);
   model_.SetViewer(&viewer_);
   model_.lstClip.SetObserver(this);
 }
