@@ -21,7 +21,7 @@ class HotkeySystem {
   // The system's message text for an error code, trimmed of surrounding spaces.
   virtual Text ErrorText(uint32_t code) = 0;
   // A window of the control's own that receives its WM_HOTKEY messages, with the hotkey
-  // window procedure installed (HotkeySubclass); 0 when none could be made.
+  // window procedure installed (HotkeyProcedure); 0 when none could be made.
   virtual intptr_t CreateHotkeyWindow() = 0;
   // Takes the hotkey window procedure off the window again.
   virtual void ReleaseHotkeyWindow(intptr_t hwnd) = 0;

@@ -1,6 +1,5 @@
 #include "app/win32/MainWindow.h"
 
-#include <commctrl.h>
 #include <shellapi.h>
 
 #include <utility>
@@ -26,6 +25,15 @@ constexpr UINT kTrayId = 1;
 LateFunction<HWND WINAPI(HWND, LPCWSTR, UINT, DWORD_PTR)> htmlHelp{L"hhctrl.ocx", "HtmlHelpW"};
 constexpr UINT kHhDisplayTopic = 0x0000;
 constexpr UINT kHhCloseAll = 0x0012;
+
+// One of the program's icons at a system size. The icons hold an image for each common
+// scale, so the system's choice of the nearest one is as crisp as comctl32's LoadIconMetric,
+// without loading comctl32 at start-up.
+UniqueIcon LoadSizedIcon(int icon, int widthMetric, int heightMetric) {
+  return UniqueIcon(static_cast<HICON>(
+      LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(icon), IMAGE_ICON,
+                 GetSystemMetrics(widthMetric), GetSystemMetrics(heightMetric), 0)));
+}
 
 // The one main window of the process, for the unhandled-exception filter.
 MainWindow* g_crashOwner = nullptr;
@@ -150,15 +158,14 @@ bool MainWindow::Notify(DWORD action, int icon, TextView tip) {
   if (action != NIM_DELETE) {
     data.uFlags = NIF_MESSAGE | NIF_ICON | NIF_TIP;
     data.uCallbackMessage = frmMain::kTrayCallbackMessage;
-    LoadIconMetric(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(icon), LIM_SMALL, trayImage.Out());
+    trayImage = LoadSizedIcon(icon, SM_CXSMICON, SM_CYSMICON);
     data.hIcon = trayImage.Get();
     // The tip field holds 64 characters, its terminating NUL included.
     Text clipped(tip.substr(0, 63));
     wcsncpy(data.szTip, W(clipped), 63);
     if (action == NIM_ADD) {
       // The tray image is also the window's own icon.
-      UniqueIcon large;
-      LoadIconMetric(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(icon), LIM_LARGE, large.Out());
+      UniqueIcon large = LoadSizedIcon(icon, SM_CXICON, SM_CYICON);
       SendMessageW(hwnd(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(large.Get()));
       windowIcon_ = std::move(large);
     }

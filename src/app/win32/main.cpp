@@ -1,6 +1,5 @@
 // Entry point of marquill.exe.
 #include <windows.h>
-#include <commctrl.h>
 
 #include <cstdlib>
 
@@ -17,8 +16,7 @@ void __verbose_terminate_handler() { std::abort(); }
 }  // namespace __gnu_cxx
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
-  INITCOMMONCONTROLSEX icc{sizeof(icc), ICC_STANDARD_CLASSES | ICC_WIN95_CLASSES};
-  InitCommonControlsEx(&icc);
+  // The common controls are loaded by the first window that uses them (CommonControls.h).
   // The OLE apartment that the rich-text box and the shell's dialogs want is entered by the
   // first of them to run, so a start-up that needs none of them does not load ole32.
   int code = 0;

@@ -4,7 +4,6 @@ namespace mq::win32 {
 
 namespace {
 
-constexpr UINT_PTR kSubclassId = 1;
 constexpr UINT_PTR kChainTimer = 1;
 constexpr UINT kChainCheckMs = 400;
 
@@ -24,12 +23,6 @@ VBFormCopyPasteControl::~VBFormCopyPasteControl() {
   Detach(window);   // in case the window was gone already
 }
 
-VBFormCopyPasteControl* VBFormCopyPasteControl::Find(HWND window) {
-  DWORD_PTR control = 0;
-  if (!FindWindowSubclass(window, Procedure, kSubclassId, control)) return nullptr;
-  return reinterpret_cast<VBFormCopyPasteControl*>(control);
-}
-
 bool VBFormCopyPasteControl::Attach() {
   HWND window = window_.Get();
   if (!window || attached_) return false;
@@ -38,7 +31,7 @@ bool VBFormCopyPasteControl::Attach() {
   SetLastError(0);
   next_ = SetClipboardViewer(window);
   if (!next_ && GetLastError() != 0) return false;
-  if (!SetWindowSubclass(window, Procedure, kSubclassId, reinterpret_cast<DWORD_PTR>(this))) {
+  if (!SetPlainProcedure(window, Procedure, this)) {
     ChangeClipboardChain(window, next_);
     next_ = nullptr;
     return false;
@@ -78,14 +71,14 @@ bool VBFormCopyPasteControl::Rejoin(HWND window) {
 
 void VBFormCopyPasteControl::Detach(HWND window) {
   if (!attached_) return;
-  if (window && IsWindow(window)) RemoveWindowSubclass(window, Procedure, kSubclassId);
+  RemovePlainProcedure(window, Procedure);
   attached_ = false;
 }
 
-LRESULT CALLBACK VBFormCopyPasteControl::Procedure(HWND window, UINT message, WPARAM wParam,
-                                                   LPARAM lParam, UINT_PTR, DWORD_PTR control) {
-  return reinterpret_cast<VBFormCopyPasteControl*>(control)->HandleMessage(window, message,
-                                                                           wParam, lParam);
+LRESULT VBFormCopyPasteControl::Procedure(HWND window, UINT message, WPARAM wParam,
+                                          LPARAM lParam, void* control) {
+  return static_cast<VBFormCopyPasteControl*>(control)->HandleMessage(window, message, wParam,
+                                                                      lParam);
 }
 
 LRESULT VBFormCopyPasteControl::HandleMessage(HWND window, UINT message, WPARAM wParam,
@@ -110,7 +103,7 @@ LRESULT VBFormCopyPasteControl::HandleMessage(HWND window, UINT message, WPARAM 
     }
 
     case WM_TIMER:
-      if (wParam != kChainTimer) return DefSubclassProc(window, message, wParam, lParam);
+      if (wParam != kChainTimer) return DefWindowProcW(window, message, wParam, lParam);
       if (inNotice_ == 0) CheckChain(window);
       return 0;
 
@@ -123,10 +116,10 @@ LRESULT VBFormCopyPasteControl::HandleMessage(HWND window, UINT message, WPARAM 
       ChangeClipboardChain(window, next_);
       next_ = nullptr;
       Detach(window);
-      return DefSubclassProc(window, message, wParam, lParam);
+      return DefWindowProcW(window, message, wParam, lParam);
 
     default:
-      return DefSubclassProc(window, message, wParam, lParam);
+      return DefWindowProcW(window, message, wParam, lParam);
   }
 }
 

@@ -30,14 +30,10 @@ class VBFormCopyPasteControl {
   // notification is passed on.
   std::function<void()> ClipboardChanged;
 
-  // The control whose procedure a window has while the control is attached, or null.
-  static VBFormCopyPasteControl* Find(HWND window);
-
  private:
-  // Added to the window with the platform's per-window subclassing, with the control as its
-  // reference data.
-  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
-                                    UINT_PTR id, DWORD_PTR control);
+  // The plain window's procedure while attached, with the control as its data.
+  static LRESULT Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
+                           void* control);
   // The window comes from the message: while it is being destroyed window_ may be empty.
   // Nothing may unwind through the system's dispatcher: the one handler that could throw,
   // ClipboardChanged, is caught inside.

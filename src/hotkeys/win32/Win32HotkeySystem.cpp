@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "hotkeys/win32/HotkeySubclass.h"
+#include "hotkeys/win32/HotkeyProcedure.h"
 #include "platform/win32/Strings.h"
 #include "platform/win32/SystemError.h"
 
@@ -13,7 +13,7 @@ HWND H(intptr_t hwnd) { return reinterpret_cast<HWND>(hwnd); }
 }  // namespace
 
 Win32HotkeySystem::~Win32HotkeySystem() {
-  for (auto& window : windows_) HotkeySubclass::Remove(window.Get(), controls_);
+  for (auto& window : windows_) HotkeyProcedure::Remove(window.Get(), controls_);
 }
 
 uint16_t Win32HotkeySystem::AddAtom(TextView name) { return GlobalAddAtomW(W(Text(name))); }
@@ -42,13 +42,13 @@ Text Win32HotkeySystem::ErrorText(uint32_t code) { return SystemErrorText(code);
 
 intptr_t Win32HotkeySystem::CreateHotkeyWindow() {
   UniqueWindow window(CreatePlainWindow(nullptr, L"VBHotKey"));
-  if (!window || !HotkeySubclass::Install(window.Get(), controls_)) return 0;
+  if (!window || !HotkeyProcedure::Install(window.Get(), controls_)) return 0;
   auto handle = reinterpret_cast<intptr_t>(window.Get());
   windows_.push_back(std::move(window));
   return handle;
 }
 
-void Win32HotkeySystem::ReleaseHotkeyWindow(intptr_t hwnd) { HotkeySubclass::Remove(H(hwnd), controls_); }
+void Win32HotkeySystem::ReleaseHotkeyWindow(intptr_t hwnd) { HotkeyProcedure::Remove(H(hwnd), controls_); }
 
 void Win32HotkeySystem::DestroyHotkeyWindow(intptr_t hwnd) {
   std::erase_if(windows_, [&](const UniqueWindow& w) { return w.Get() == H(hwnd); });

@@ -1,5 +1,5 @@
 // The hotkey port on user32 and the global atom table. Each control gets a message-only
-// window of its own with the HotkeySubclass procedure; the windows die with this object at the
+// window of its own with the HotkeyProcedure procedure; the windows die with this object at the
 // latest. Lifetimes: HotkeyControls outlives this object, which outlives the VBHotKey
 // controls that use it. Create it on the thread that pumps the program's messages.
 #pragma once

@@ -1,9 +1,10 @@
 #include "listfiles/win32/DialogKeys.h"
 
-#include <commctrl.h>
 #include <wctype.h>
 
 #include <string>
+
+#include "platform/win32/CommonControls.h"
 
 namespace mq::win32 {
 
@@ -46,7 +47,7 @@ LRESULT CALLBACK KeysProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam,
     case WM_GETDLGCODE: {
       // A loop that does run IsDialogMessage still hands Enter and Esc to the control.
       auto* msg = reinterpret_cast<MSG*>(lParam);
-      LRESULT code = DefSubclassProc(hwnd, message, wParam, lParam);
+      LRESULT code = comctl::DefSubclassProc(hwnd, message, wParam, lParam);
       if (msg && msg->message == WM_KEYDOWN && (msg->wParam == VK_RETURN || msg->wParam == VK_ESCAPE))
         code |= DLGC_WANTMESSAGE;
       return code;
@@ -62,10 +63,10 @@ LRESULT CALLBACK KeysProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam,
       if (PressMnemonic(GetParent(hwnd), static_cast<wchar_t>(wParam))) return 0;
       break;
     case WM_NCDESTROY:
-      RemoveWindowSubclass(hwnd, &KeysProc, kSubclassId);
+      comctl::RemoveWindowSubclass(hwnd, &KeysProc, kSubclassId);
       break;
   }
-  return DefSubclassProc(hwnd, message, wParam, lParam);
+  return comctl::DefSubclassProc(hwnd, message, wParam, lParam);
 }
 
 struct MnemonicSearch {
@@ -93,7 +94,7 @@ BOOL CALLBACK FindMnemonic(HWND child, LPARAM lParam) {
 }
 }  // namespace
 
-void AttachDialogKeys(HWND control) { SetWindowSubclass(control, &KeysProc, kSubclassId, 0); }
+void AttachDialogKeys(HWND control) { comctl::SetWindowSubclass(control, &KeysProc, kSubclassId, 0); }
 
 void ShowKeyboardCues(HWND window) {
   SendMessageW(window, WM_CHANGEUISTATE, MAKEWPARAM(UIS_CLEAR, UISF_HIDEACCEL | UISF_HIDEFOCUS), 0);

@@ -1,5 +1,6 @@
 #include "listwindow/win32/ListWindow.h"
 
+#include "platform/win32/CommonControls.h"
 #include "platform/win32/Strings.h"
 #include "resource.h"
 
@@ -95,6 +96,7 @@ bool ListWindow::Load() {
 
 void ListWindow::CreateControls() {
   HINSTANCE instance = GetModuleHandleW(nullptr);
+  comctl::Load();  // the tooltips and the drag list
   tips_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP,
                           CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, hwnd(),
                           nullptr, instance, nullptr);
@@ -123,7 +125,7 @@ void ListWindow::CreateControls() {
   for (int i = 0; i < 3; ++i) AddTip(control(chkMenu(i)), W(model_.chkMenuTip[i]));
   for (const wchar_t* item : {L"Standardize", L"UPPER CASE", L"lower case"})
     SendMessageW(control(Ctl::cbOp), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(item));
-  MakeDragList(lstClip());
+  comctl::MakeDragList(lstClip());
   dragListMessage_ = RegisterWindowMessageW(DRAGLISTMSGSTRING);
 }
 

@@ -2,6 +2,8 @@
 // reordering of rows.
 #include "listwindow/win32/ListWindow.h"
 
+#include "platform/win32/CommonControls.h"
+
 namespace mq::win32 {
 
 namespace {
@@ -108,7 +110,7 @@ void ListWindow::OnUserMoveOrSize() {
 }
 
 int ListWindow::DropIndex(POINT screen) const {
-  int item = LBItemFromPt(lstClip(), screen, TRUE);
+  int item = comctl::LBItemFromPt(lstClip(), screen, TRUE);
   if (item >= 0) return item;
   // Below the last row, inside the list: the end of the queue.
   RECT client{};
@@ -121,22 +123,22 @@ int ListWindow::DropIndex(POINT screen) const {
 LRESULT ListWindow::OnDragList(const DRAGLISTINFO& info) {
   switch (info.uNotification) {
     case DL_BEGINDRAG:
-      dragFrom_ = LBItemFromPt(lstClip(), info.ptCursor, FALSE);
+      dragFrom_ = comctl::LBItemFromPt(lstClip(), info.ptCursor, FALSE);
       return dragFrom_ >= 0;
     case DL_DRAGGING: {
       int at = DropIndex(info.ptCursor);
-      DrawInsert(hwnd(), lstClip(), at);
+      comctl::DrawInsert(hwnd(), lstClip(), at);
       return at < 0 ? DL_STOPCURSOR : DL_MOVECURSOR;
     }
     case DL_DROPPED: {
       int at = DropIndex(info.ptCursor);
-      DrawInsert(hwnd(), lstClip(), -1);
+      comctl::DrawInsert(hwnd(), lstClip(), -1);
       if (at >= 0 && dragFrom_ >= 0 && at != dragFrom_) model_.lstClip_Dropped(dragFrom_, at);
       dragFrom_ = -1;
       return 0;
     }
     case DL_CANCELDRAG:
-      DrawInsert(hwnd(), lstClip(), -1);
+      comctl::DrawInsert(hwnd(), lstClip(), -1);
       dragFrom_ = -1;
       return 0;
     default:

@@ -1,6 +1,6 @@
 #include "settings/win32/SettingsWindow.h"
 
-#include <commctrl.h>
+#include "platform/win32/CommonControls.h"
 
 #include "platform/win32/Strings.h"
 
@@ -39,6 +39,7 @@ HWND SettingsWindow::Combo(int id, int page, int x, int y, int w) {
 }
 
 void SettingsWindow::CreateControls() {
+  comctl::Load();  // the trackbar and the tooltips
   // lblMove: a plain static lets the clicks through to this window, which starts the drag.
   lblMove_ = Add(L"Static", kTitle, SS_CENTER | SS_CENTERIMAGE | SS_NOPREFIX, 0, -1, 0, 0,
                  kWidth, 360);
@@ -87,7 +88,7 @@ void SettingsWindow::CreateHotkeysPage() {
     HWND ctrl = Label(L"CTRL +", 1, 900, y, 720, SS_LEFTNOWORDWRAP);
     txtHK_[row] = Add(L"Edit", L"", WS_BORDER | ES_CENTER | ES_UPPERCASE | WS_TABSTOP,
                       kTxt0 + row, 1, 1650, y, 360, 330);
-    SetWindowSubclass(txtHK_[row], &SettingsWindow::KeyBoxProc, row,
+    comctl::SetWindowSubclass(txtHK_[row], &SettingsWindow::KeyBoxProc, row,
                       reinterpret_cast<DWORD_PTR>(this));
     HWND equals = Label(L"=", 1, 2130, y, 300);
     if (row == 0) {

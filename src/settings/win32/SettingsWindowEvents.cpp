@@ -1,7 +1,7 @@
 // frmSettings' window: rendering the model and handling the user's actions.
 #include "settings/win32/SettingsWindow.h"
 
-#include <commctrl.h>
+#include "platform/win32/CommonControls.h"
 #include <windowsx.h>
 
 #include "platform/win32/MessageBox.h"
@@ -198,7 +198,7 @@ LRESULT CALLBACK SettingsWindow::KeyBoxProc(HWND box, UINT message, WPARAM wPara
     case WM_GETDLGCODE: {
       // Enter belongs to the key box (it is refused there), not to the default button.
       auto* msg = reinterpret_cast<const MSG*>(lParam);
-      LRESULT code = DefSubclassProc(box, message, wParam, lParam);
+      LRESULT code = comctl::DefSubclassProc(box, message, wParam, lParam);
       if (msg && msg->message == WM_KEYDOWN && msg->wParam == VK_RETURN) code |= DLGC_WANTMESSAGE;
       return code;
     }
@@ -224,17 +224,17 @@ LRESULT CALLBACK SettingsWindow::KeyBoxProc(HWND box, UINT message, WPARAM wPara
     case WM_UNDO:
       return 0;  // the box's text changes only through typed keys
     case WM_SETFOCUS: {
-      LRESULT result = DefSubclassProc(box, message, wParam, lParam);
+      LRESULT result = comctl::DefSubclassProc(box, message, wParam, lParam);
       SendMessageW(box, EM_SETSEL, 0, -1);
       return result;
     }
     case WM_NCDESTROY:
-      RemoveWindowSubclass(box, &SettingsWindow::KeyBoxProc, id);
+      comctl::RemoveWindowSubclass(box, &SettingsWindow::KeyBoxProc, id);
       break;
     default:
       break;
   }
-  return DefSubclassProc(box, message, wParam, lParam);
+  return comctl::DefSubclassProc(box, message, wParam, lParam);
 }
 
 }  // namespace mq::win32
