@@ -1,10 +1,6 @@
 // Saving and loading lists from the clip list window of the real program, through the real
 // common dialogs, the load-mode popup and the password dialog.
 #include <windows.h>
-#include <tlhelp32.h>
-
-#include <algorithm>
-#include <cwctype>
 
 #include "Fixture.h"
 
@@ -14,36 +10,20 @@ namespace {
 
 using ListFiles = WithListFiles;
 
-// The lower-case file names of the modules loaded in the process.
-std::vector<std::wstring> ModulesOf(DWORD pid) {
-  std::vector<std::wstring> names;
-  mq::win32::UniqueFile snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPMODULE, pid));
-  MODULEENTRY32W module{};
-  module.dwSize = sizeof(module);
-  for (bool more = snapshot && Module32FirstW(snapshot.Get(), &module); more;
-       more = Module32NextW(snapshot.Get(), &module)) {
-    names.emplace_back(module.szModule);
-    for (auto& c : names.back()) c = static_cast<wchar_t>(std::towlower(c));
-  }
-  return names;
+bool RichEditLoaded(const Marquill& app) {
+  return app.HasLoaded(L"msftedit.dll") || app.HasLoaded(L"riched20.dll");
 }
-
-bool Loaded(DWORD pid, const std::wstring& module) {
-  const auto names = ModulesOf(pid);
-  return std::find(names.begin(), names.end(), module) != names.end();
-}
-
-bool RichEditLoaded(DWORD pid) { return Loaded(pid, L"msftedit.dll") || Loaded(pid, L"riched20.dll"); }
 
 // Libraries that start-up leaves alone come with their first use: the real program is ready
 // without them, and each works the first time it is needed, also when that is inside a load.
 TEST_F(ListFiles, SavedListIsLoadedBackByAFreshCopy) {
   Start();
-  ASSERT_FALSE(ModulesOf(app.Pid()).empty()) << "the process's modules cannot be listed";
+  ASSERT_FALSE(app.Modules().empty()) << "the process's modules cannot be listed";
   for (const wchar_t* module : {L"comdlg32.dll", L"ole32.dll", L"msftedit.dll", L"riched20.dll", L"hhctrl.ocx"})
-    EXPECT_FALSE(Loaded(app.Pid(), module)) << module;
+    EXPECT_FALSE(app.HasLoaded(module)) << module;
+  EXPECT_TRUE(app.HasLoaded(L"comctl32.dll")) << "the clip list window uses it";
   Copy(L"first entry");
-  EXPECT_FALSE(RichEditLoaded(app.Pid())) << "plain text needs no rich edit control";
+  EXPECT_FALSE(RichEditLoaded(app)) << "plain text needs no rich edit control";
   Copy([] { return SetClipboardRtf("{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\f0\\b Bold\\b0  and plain}"); });
   Copy(L"th\u00EErd \u03A9");
   const auto rows = Rows();
@@ -52,13 +32,13 @@ TEST_F(ListFiles, SavedListIsLoadedBackByAFreshCopy) {
   SaveAs(L"three");
   ASSERT_TRUE(WaitForFile(L"three.mql"));
   EXPECT_EQ(FileBytes(L"three.mql").substr(0, 4), "M2L\r");
-  EXPECT_TRUE(Loaded(app.Pid(), L"comdlg32.dll"));
+  EXPECT_TRUE(app.HasLoaded(L"comdlg32.dll"));
   ASSERT_TRUE(app.Close());
 
   Start();  // its first rich text arrives inside the load
   LoadAs(L"three.mql");
   EXPECT_TRUE(WaitForRows(rows));
-  EXPECT_TRUE(RichEditLoaded(app.Pid()));
+  EXPECT_TRUE(RichEditLoaded(app));
 }
 
 TEST_F(ListFiles, ProtectedListAsksForItsPassword) {

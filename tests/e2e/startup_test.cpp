@@ -52,6 +52,8 @@ TEST_F(EndToEnd, AStoredDisabledStateStartsDisabledAndClosingDeletesStrayScratch
   HWND splash = WaitForTopWindow(L"About Marquill", 30s, nullptr, app.Pid());
   ASSERT_NE(splash, nullptr);
   ASSERT_TRUE(app.WaitReady());
+  ASSERT_FALSE(app.Modules().empty()) << "the process's modules cannot be listed";
+  EXPECT_FALSE(app.HasLoaded(L"comctl32.dll")) << "the first window that uses it loads it";
   // The splash unloads itself after 2,000 ms.
   EXPECT_TRUE(WaitFor([&] { return !IsWindow(splash); }, 10s));
   EXPECT_EQ(ReadSetting(L"Cur_En"), L"2");

@@ -1,7 +1,10 @@
 #include "E2E.h"
 
+#include <tlhelp32.h>
+
 #include <algorithm>
 #include <cstring>
+#include <cwctype>
 #include <thread>
 
 namespace e2e {
@@ -108,6 +111,24 @@ bool Marquill::Close(Duration timeout) {
 void Marquill::TrayClick(UINT mouseMessage) const {
   // The icon's callback message is the left-button-down number; lParam names the event.
   PostMessageW(MainWindow(), WM_LBUTTONDOWN, 1, mouseMessage);
+}
+
+std::vector<std::wstring> Marquill::Modules() const {
+  std::vector<std::wstring> names;
+  mq::win32::UniqueFile snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPMODULE, pid_));
+  MODULEENTRY32W module{};
+  module.dwSize = sizeof(module);
+  for (bool more = snapshot && Module32FirstW(snapshot.Get(), &module); more;
+       more = Module32NextW(snapshot.Get(), &module)) {
+    names.emplace_back(module.szModule);
+    for (auto& c : names.back()) c = static_cast<wchar_t>(std::towlower(c));
+  }
+  return names;
+}
+
+bool Marquill::HasLoaded(const std::wstring& module) const {
+  const auto names = Modules();
+  return std::find(names.begin(), names.end(), module) != names.end();
 }
 
 std::vector<HWND> FindTopWindows(const std::wstring* title, const wchar_t* className, DWORD pid) {

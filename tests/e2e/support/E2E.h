@@ -61,6 +61,9 @@ class Marquill {
   bool Close(Duration timeout = 15s);
   // The tray icon's callback, as the shell sends it (posted: a menu may open).
   void TrayClick(UINT mouseMessage) const;
+  // The lower-case file names of the modules loaded in the program now.
+  std::vector<std::wstring> Modules() const;
+  bool HasLoaded(const std::wstring& module) const;
 
  private:
   mq::win32::UniqueKernelObject process_;
