@@ -125,8 +125,7 @@ void ListWindow::CreateControls() {
   for (int i = 0; i < 3; ++i) AddTip(control(chkMenu(i)), W(model_.chkMenuTip[i]));
   for (const wchar_t* item : {L"Standardize", L"UPPER CASE", L"lower case"})
     SendMessageW(control(Ctl::cbOp), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(item));
-  comctl::MakeDragList(lstClip());
-  dragListMessage_ = RegisterWindowMessageW(DRAGLISTMSGSTRING);
+  dragList_.Attach(lstClip());
 }
 
 void ListWindow::AddTip(HWND control, const wchar_t* text) {
@@ -357,7 +356,7 @@ void ListWindow::OnCommand(int id, int code) {
 }
 
 LRESULT ListWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == dragListMessage_ && dragListMessage_ != 0)
+  if (message == DragList::Message())
     return OnDragList(*reinterpret_cast<const DRAGLISTINFO*>(lParam));
   switch (message) {
     case WM_PAINT:

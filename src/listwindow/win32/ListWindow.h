@@ -14,6 +14,7 @@
 #include "clipboard/win32/RichEditBox.h"
 #include "listwindow/frmList.h"
 #include "platform/ListFilePorts.h"
+#include "listwindow/win32/DragList.h"
 #include "listwindow/win32/Fader.h"
 #include "listwindow/win32/ViewWindow.h"
 #include "platform/win32/Gdi.h"
@@ -89,7 +90,7 @@ class ListWindow final : public Window,
   UniqueFont font_;
   std::array<AlphaImage, 8> images_;  // by art::ButtonArt
   UINT dpi_ = 96;
-  UINT dragListMessage_ = 0;
+  DragList dragList_;
   int dragFrom_ = -1;
   int applying_ = 0;  // > 0 while the window applies the model's geometry to itself
   bool dragging_ = false;

@@ -5,11 +5,10 @@
 namespace mq::win32::comctl {
 
 namespace {
-enum Function { kInit, kSetSubclass, kRemoveSubclass, kDefSubclass, kMakeDrag, kItemAt, kInsert,
-                kCount };
-constexpr const char* kNames[kCount] = {
-    "InitCommonControlsEx", "SetWindowSubclass", "RemoveWindowSubclass", "DefSubclassProc",
-    "MakeDragList",         "LBItemFromPt",      "DrawInsert"};
+enum Function { kInit, kSetSubclass, kRemoveSubclass, kDefSubclass, kItemAt, kInsert, kCount };
+constexpr const char* kNames[kCount] = {"InitCommonControlsEx", "SetWindowSubclass",
+                                        "RemoveWindowSubclass", "DefSubclassProc",
+                                        "LBItemFromPt",         "DrawInsert"};
 
 // All entry points, or null when the library or any of them is missing.
 const FARPROC* Library() {
@@ -49,11 +48,6 @@ BOOL RemoveWindowSubclass(HWND hwnd, SUBCLASSPROC procedure, UINT_PTR id) {
 LRESULT DefSubclassProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) {
   auto fn = Entry<decltype(::DefSubclassProc)>(kDefSubclass);
   return fn ? fn(hwnd, message, wParam, lParam) : DefWindowProcW(hwnd, message, wParam, lParam);
-}
-
-BOOL MakeDragList(HWND listBox) {
-  auto fn = Entry<decltype(::MakeDragList)>(kMakeDrag);
-  return fn ? fn(listBox) : FALSE;
 }
 
 int LBItemFromPt(HWND listBox, POINT screen, BOOL autoScroll) {

@@ -1,5 +1,5 @@
-// The common controls library (comctl32: per-window subclassing, the drag list, tooltips, the
-// trackbar), loaded by the first window that uses it. Start-up uses none of it, and loading it
+// The common controls library (comctl32: per-window subclassing, the drag list's helpers,
+// tooltips, the trackbar), loaded by the first window that uses it. Start-up uses none of it, and loading it
 // (with the registration of its window classes) is a good part of a bare start under Wine.
 //
 // Called qualified, as comctl::SetWindowSubclass(...): the platform's declarations of the same
@@ -21,7 +21,6 @@ BOOL SetWindowSubclass(HWND hwnd, SUBCLASSPROC procedure, UINT_PTR id, DWORD_PTR
 BOOL RemoveWindowSubclass(HWND hwnd, SUBCLASSPROC procedure, UINT_PTR id);
 LRESULT DefSubclassProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
 
-BOOL MakeDragList(HWND listBox);
 int LBItemFromPt(HWND listBox, POINT screen, BOOL autoScroll);
 void DrawInsert(HWND parent, HWND listBox, int item);
 
